@@ -1,0 +1,103 @@
+#include "measurement/AIStorageScanner.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <unordered_set>
+
+#include "measurement/LocationWalk.h"
+#include "platform/LocationFolder.h"
+#include "platform/PathRules.h"
+#include "removal/AIStorageCleanup.h"
+#include "text/TextRules.h"
+
+namespace tallowmere::AIStorageScanner {
+
+namespace {
+
+constexpr auto progressInterval = std::chrono::milliseconds(250);
+
+std::vector<std::string> foldersInside(const std::string& folder,
+                                       const std::vector<std::filesystem::path>& folders) {
+    std::vector<std::string> nested;
+    for (const auto& other : folders) {
+        if (PathRules::isInside(other.native(), folder)) {
+            nested.push_back(other.native());
+        }
+    }
+    return nested;
+}
+
+// Hands out progress snapshots no more often than every 0.25 s; the first always goes out.
+class ProgressReporter {
+public:
+    ProgressReporter(const ProgressHandler& handler, Date startedAt)
+        : m_handler(handler), m_startedAt(startedAt) {}
+
+    void report(const StorageScan& soFar) {
+        if (!m_handler) {
+            return;
+        }
+        const auto now = std::chrono::steady_clock::now();
+        if (m_reported && now - m_lastReport < progressInterval) {
+            return;
+        }
+        m_reported = true;
+        m_lastReport = now;
+        StorageScan snapshot = soFar;
+        snapshot.completedAt = m_startedAt;
+        m_handler(snapshot);
+    }
+
+private:
+    const ProgressHandler& m_handler;
+    const Date m_startedAt;
+    bool m_reported = false;
+    std::chrono::steady_clock::time_point m_lastReport;
+};
+
+}  // namespace
+
+StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
+                 std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress,
+                 const ScanOptions& options) {
+    ScanContext context{currentDate(), options, {}};
+    std::vector<std::filesystem::path> folders;
+    for (const auto& location : locations) {
+        folders.push_back(location.url(home));
+    }
+    std::unordered_set<std::string> measuredFolders;
+    StorageScan result;
+    ProgressReporter progress(onProgress, context.now);
+    for (std::size_t index = 0; index < locations.size(); ++index) {
+        if (options.stopToken.stop_requested()) {
+            throw ScanCancelled();
+        }
+        const auto& folder = folders[index];
+        if (!measuredFolders.insert(folder.native()).second) {
+            continue;
+        }
+        LocationFolder opened = LocationFolder::open(folder);
+        if (opened.state != LocationFolder::State::open) {
+            ++(opened.state == LocationFolder::State::absent ? result.absentLocations
+                                                              : result.unreadableLocations);
+            continue;
+        }
+        result.findings.push_back(measureLocation(locations[index], folder, std::move(opened),
+                                                  foldersInside(folder.native(), folders),
+                                                  maxEntriesPerLocation, context));
+        progress.report(result);
+    }
+    std::ranges::stable_sort(result.findings, std::ranges::greater{},
+                             [](const StorageFinding& finding) { return finding.allocatedBytes; });
+    result.completedAt = currentDate();
+    return result;
+}
+
+bool isOldLog(const std::filesystem::path& file, Date modified, const std::string& category,
+              Date now, bool includeRecent) {
+    return AIStorageCleanup::isOldLogFile(TextRules::asciiLowercased(PathRules::lastComponent(file)),
+                                          modified, category, now, includeRecent);
+}
+
+}  // namespace tallowmere::AIStorageScanner

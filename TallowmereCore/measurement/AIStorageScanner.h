@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <stop_token>
+#include <vector>
+
+#include "measurement/Date.h"
+#include "measurement/StorageLocation.h"
+#include "measurement/StorageScan.h"
+
+namespace tallowmere {
+
+// Thrown by a scan whose stop was requested; nothing of the scan is returned.
+struct ScanCancelled : std::exception {
+    const char* what() const noexcept override { return "The scan was cancelled."; }
+};
+
+struct ScanOptions {
+    // Checked before every location and every entry.
+    std::stop_token stopToken;
+    // Sleep 2 ms after every 256 entries so a long walk leaves the disk to others.
+    bool pauses = true;
+};
+
+}  // namespace tallowmere
+
+namespace tallowmere::AIStorageScanner {
+
+using ProgressHandler = std::function<void(const StorageScan&)>;
+
+// Measures `locations` under `home` (absolute, with links resolved) in order, walking at most
+// `maxEntriesPerLocation` entries of each folder. Calls `onProgress` on the calling thread at
+// most every 0.25 s with the findings so far. Problems are counted in the result; the only
+// error is ScanCancelled.
+StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
+                 std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress = {},
+                 const ScanOptions& options = {});
+
+// True for a log file of a "Logs" location that is at least a week old at `now`, or of any
+// age when `includeRecent` is set. Pure.
+bool isOldLog(const std::filesystem::path& file, Date modified, const std::string& category,
+              Date now, bool includeRecent);
+
+}  // namespace tallowmere::AIStorageScanner

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "measurement/AIStorageScanner.h"
+#include "measurement/StorageFinding.h"
+#include "platform/FileIdentity.h"
+#include "platform/LocationFolder.h"
+
+namespace tallowmere {
+
+// Working state that one scan shares between its locations.
+struct ScanContext {
+    Date now = 0;
+    ScanOptions options;
+    // Identities of counted files that could be met again: files with several links, and
+    // files reached through another mount than their location's (a bind mount can show a
+    // one-link file twice).
+    std::unordered_set<FileIdentity, FileIdentityHash> countedIdentities;
+};
+
+// Walks one opened location folder depth first, in the order the file system lists each
+// folder, and measures it. `nestedFolders` are the paths of other locations inside it, which
+// are passed over without being counted. Throws ScanCancelled when a stop is requested.
+StorageFinding measureLocation(const StorageLocation& location, const std::filesystem::path& folder,
+                               LocationFolder opened, const std::vector<std::string>& nestedFolders,
+                               std::int64_t maxEntries, ScanContext& context);
+
+}  // namespace tallowmere

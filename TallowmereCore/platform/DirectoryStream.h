@@ -1,0 +1,67 @@
+#pragma once
+
+#include <dirent.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/EntryStatus.h"
+
+namespace tallowmere {
+
+// One entry of a directory chunk: its name (in the chunk's name buffer), its kind, and for
+// entries whose kind the directory entry alone does not settle, the status read for it.
+struct DirectoryEntry {
+    std::uint32_t nameOffset = 0;
+    std::uint16_t nameLength = 0;
+    bool statusFailed = false;
+    EntryStatus status;
+};
+
+// A run of consecutive entries of one directory, in the order the file system lists them.
+// Reused between reads so a walk allocates per directory, not per entry.
+struct DirectoryChunk {
+    std::string names;
+    std::vector<DirectoryEntry> entries;
+
+    std::string_view name(const DirectoryEntry& entry) const {
+        return {names.data() + entry.nameOffset, entry.nameLength};
+    }
+    // NUL-terminated, for system calls relative to the directory.
+    const char* cName(const DirectoryEntry& entry) const { return names.data() + entry.nameOffset; }
+};
+
+// An open directory read in chunks. Folders and symbolic links known from the directory entry
+// need no further call; every other entry gets one status read relative to the directory.
+// Never follows a symbolic link. Move-only; closes the directory on destruction.
+class DirectoryStream {
+public:
+    // Opens `name` inside the open directory `parentFd` without following a link. Returns an
+    // invalid stream and sets errno when it cannot.
+    static DirectoryStream openChild(int parentFd, const char* name);
+    // Takes ownership of an open directory descriptor.
+    static DirectoryStream adopt(int directoryFd);
+
+    bool valid() const { return m_directory != nullptr; }
+    int fd() const;
+
+    // Replaces `chunk` with at most `limit` further entries ("." and ".." left out). Returns
+    // false when the directory holds no more; `readFailed()` then tells whether reading
+    // stopped because of an error rather than at the end.
+    bool readChunk(DirectoryChunk& chunk, std::size_t limit);
+    bool readFailed() const { return m_readFailed; }
+
+private:
+    struct Closer {
+        void operator()(DIR* directory) const { ::closedir(directory); }
+    };
+
+    std::unique_ptr<DIR, Closer> m_directory;
+    bool m_readFailed = false;
+};
+
+}  // namespace tallowmere

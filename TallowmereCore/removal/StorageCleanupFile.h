@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "measurement/FileEntry.h"
+
+namespace tallowmere {
+
+// A file that may be cleaned on its own: the scan's view of it, the location folder it was
+// found in, and the bytes it occupies on disk.
+struct StorageCleanupFile {
+    FileEntry entry;
+    std::filesystem::path root;
+    std::string category;
+    std::int64_t allocatedBytes = 0;
+    bool includesRecent = false;
+
+    std::string id() const { return entry.id(); }
+};
+
+}  // namespace tallowmere

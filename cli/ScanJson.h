@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "measurement/StorageLocation.h"
+#include "measurement/StorageScan.h"
+
+namespace tallowmere::cli {
+
+// The scan as one compact JSON object (no trailing newline), keys in the documented order.
+std::string scanJson(const StorageScan& scan, const std::filesystem::path& home);
+
+// The catalog as one compact JSON object (no trailing newline).
+std::string catalogJson(const std::vector<StorageLocation>& locations,
+                        const std::vector<std::string>& supportedOwners);
+
+}  // namespace tallowmere::cli

@@ -1,0 +1,151 @@
+#include "TemporaryTree.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+
+namespace tallowmere::testing {
+
+namespace {
+
+constexpr uid_t unprivilegedId = 65534;
+
+void check(bool succeeded, const std::string& what) {
+    if (!succeeded) {
+        throw std::system_error(errno, std::generic_category(), what);
+    }
+}
+
+// Makes every folder below `root` writable and searchable again so it can be removed.
+void unlockAll(const std::filesystem::path& root) {
+    ::chmod(root.c_str(), 0700);
+    std::error_code error;
+    for (auto it = std::filesystem::recursive_directory_iterator(root, error);
+         !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
+        if (it->is_directory(error) && !it->is_symlink(error)) {
+            ::chmod(it->path().c_str(), 0700);
+        }
+    }
+}
+
+}  // namespace
+
+TemporaryTree::TemporaryTree() {
+    const char* base = std::getenv("TMPDIR");
+    std::string pattern = std::string(base && *base ? base : "/tmp") + "/tallowmere-test-XXXXXX";
+    check(::mkdtemp(pattern.data()) != nullptr, "mkdtemp " + pattern);
+    // Resolved so the root holds no symbolic link (TMPDIR may contain one).
+    m_root = std::filesystem::canonical(pattern);
+    ::chmod(m_root.c_str(), 0755);
+}
+
+TemporaryTree::~TemporaryTree() {
+    unlockAll(m_root);
+    std::error_code ignored;
+    std::filesystem::remove_all(m_root, ignored);
+}
+
+std::filesystem::path TemporaryTree::folder(const std::string& relative) const {
+    const auto path = m_root / relative;
+    std::filesystem::create_directories(path);
+    return path;
+}
+
+std::filesystem::path TemporaryTree::file(const std::string& relative, std::int64_t bytes,
+                                          Date modified) const {
+    const auto path = m_root / relative;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << std::string(static_cast<std::size_t>(bytes), 'x');
+    if (modified != 0) {
+        setModified(path, modified);
+    }
+    return path;
+}
+
+std::filesystem::path TemporaryTree::symlink(const std::string& target,
+                                             const std::string& relative) const {
+    const auto path = m_root / relative;
+    std::filesystem::create_directories(path.parent_path());
+    std::filesystem::create_symlink(target, path);
+    return path;
+}
+
+std::filesystem::path TemporaryTree::hardLink(const std::string& existing,
+                                              const std::string& relative) const {
+    const auto path = m_root / relative;
+    std::filesystem::create_directories(path.parent_path());
+    std::filesystem::create_hard_link(m_root / existing, path);
+    return path;
+}
+
+void setModified(const std::filesystem::path& path, Date modified) {
+    const double sinceEpoch = modified + unixEpochToReferenceDate;
+    const double seconds = std::floor(sinceEpoch);
+    const timespec times[2] = {{static_cast<time_t>(seconds), 0},
+                               {static_cast<time_t>(seconds),
+                                static_cast<long>(std::lround((sinceEpoch - seconds) * 1e9))}};
+    check(::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0,
+          "utimensat " + path.native());
+}
+
+std::int64_t allocatedBytesOf(const std::filesystem::path& path) {
+    struct stat status;
+    check(::lstat(path.c_str(), &status) == 0, "lstat " + path.native());
+    return static_cast<std::int64_t>(status.st_blocks) * 512;
+}
+
+std::string runUnprivileged(const std::filesystem::path& workFolder,
+                            const std::function<std::string()>& body) {
+    if (::geteuid() != 0) {
+        return body();
+    }
+    check(::chown(workFolder.c_str(), unprivilegedId, unprivilegedId) == 0,
+          "chown " + workFolder.native());
+    int channel[2];
+    check(::pipe(channel) == 0, "pipe");
+    const pid_t child = ::fork();
+    check(child >= 0, "fork");
+    if (child == 0) {
+        ::close(channel[0]);
+        if (::setresgid(unprivilegedId, unprivilegedId, unprivilegedId) != 0 ||
+            ::setresuid(unprivilegedId, unprivilegedId, unprivilegedId) != 0) {
+            ::_exit(3);
+        }
+        std::string output;
+        try {
+            output = body();
+        } catch (const std::exception& error) {
+            output = std::string("exception: ") + error.what();
+        }
+        for (std::size_t written = 0; written < output.size();) {
+            const ssize_t count = ::write(channel[1], output.data() + written, output.size() - written);
+            if (count <= 0) {
+                ::_exit(4);
+            }
+            written += static_cast<std::size_t>(count);
+        }
+        ::_exit(0);
+    }
+    ::close(channel[1]);
+    std::string output;
+    char buffer[4096];
+    for (ssize_t count; (count = ::read(channel[0], buffer, sizeof buffer)) > 0;) {
+        output.append(buffer, static_cast<std::size_t>(count));
+    }
+    ::close(channel[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        throw std::runtime_error("the unprivileged child failed with status " + std::to_string(status));
+    }
+    return output;
+}
+
+}  // namespace tallowmere::testing
