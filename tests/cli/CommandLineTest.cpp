@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "CliRunner.h"
+#include "TemporaryTree.h"
+#include "text/JsonText.h"
+
+namespace tallowmere {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using testing::runCli;
+using testing::TemporaryTree;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+std::vector<std::string> keysOf(const Json& object) {
+    std::vector<std::string> keys;
+    for (const auto& item : object.items()) {
+        keys.push_back(item.key());
+    }
+    return keys;
+}
+
+Json parsedLine(const std::string& out) {
+    EXPECT_TRUE(out.ends_with("}\n"));
+    EXPECT_EQ(out.find('\n'), out.size() - 1);
+    return Json::parse(out);
+}
+
+TEST(CommandLine, CatalogJsonListsLocationsInOrder) {
+    TemporaryTree home;
+    const auto run = runCli({"catalog", "--json"}, home.root());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const Json catalog = parsedLine(run.out);
+    EXPECT_THAT(keysOf(catalog), ElementsAre("locations", "supportedOwners"));
+    ASSERT_EQ(catalog["locations"].size(), 144u);
+    const Json& first = catalog["locations"][0];
+    EXPECT_THAT(keysOf(first), ElementsAre("owner", "category", "relativePath", "detail"));
+    EXPECT_EQ(first["relativePath"], ".hermes/logs");
+    EXPECT_EQ(catalog["locations"][3]["detail"],
+              "Conversations, subagent output and project memory. Use Claude Code’s retention "
+              "settings to manage this history.");
+    EXPECT_EQ(catalog["supportedOwners"].size(), 26u);
+    EXPECT_EQ(catalog["supportedOwners"][0], "Amp");
+}
+
+TEST(CommandLine, ScanJsonFollowsTheContract) {
+    TemporaryTree home;
+    home.file(".ollama/logs/server.log", 2000, 10.5);
+    home.file(".cache/torch/blob", 100);
+    home.folder("work/custom");
+    home.file("work/custom/notes", 7);
+
+    const auto run = runCli({"scan", "--json", "--no-pause", "--track", "./x/../custom/"},
+                            home.root(), home / "work");
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    const Json scan = parsedLine(run.out);
+    EXPECT_THAT(keysOf(scan), ElementsAre("home", "completedAt", "absentLocations", "unreadableLocations",
+                                          "incomplete", "allocatedBytes", "findings"));
+    EXPECT_EQ(scan["home"], home.root().native());
+    EXPECT_EQ(scan["absentLocations"], 142);
+    EXPECT_EQ(scan["incomplete"], false);
+    ASSERT_EQ(scan["findings"].size(), 3u);
+
+    const Json& logs = scan["findings"][0];
+    EXPECT_THAT(keysOf(logs), ElementsAre("owner", "category", "relativePath", "detail", "path",
+                                          "allocatedBytes", "logicalBytes", "fileCount", "skippedCount",
+                                          "limited", "largestFiles", "oldLogs", "cleanupFiles",
+                                          "recentCleanupFiles"));
+    EXPECT_EQ(logs["path"], (home / ".ollama/logs").native());
+    EXPECT_EQ(logs["logicalBytes"], 2000);
+    const Json& entry = logs["oldLogs"][0];
+    EXPECT_THAT(keysOf(entry), ElementsAre("path", "bytes", "modified", "fileIdentity"));
+    EXPECT_EQ(entry["modified"].get<double>(), 10.5);
+    EXPECT_TRUE(entry["fileIdentity"].is_string());
+    EXPECT_THAT(keysOf(logs["cleanupFiles"][0]),
+                ElementsAre("path", "bytes", "modified", "fileIdentity", "root", "category",
+                            "allocatedBytes", "includesRecent"));
+    EXPECT_EQ(logs["recentCleanupFiles"][0]["includesRecent"], true);
+
+    std::int64_t total = 0;
+    for (const auto& finding : scan["findings"]) {
+        total += finding["allocatedBytes"].get<std::int64_t>();
+    }
+    EXPECT_EQ(scan["allocatedBytes"], total);
+
+    const auto custom = std::ranges::find(scan["findings"], "Custom folder",
+                                          [](const Json& f) { return f["category"]; });
+    ASSERT_NE(custom, scan["findings"].end());
+    EXPECT_EQ((*custom)["owner"], "custom");
+    EXPECT_EQ((*custom)["relativePath"], (home / "work/custom").native());
+    EXPECT_EQ((*custom)["fileCount"], 1);
+}
+
+TEST(CommandLine, NamesSurviveAsBytesInJsonAndAreEscapedInReports) {
+    TemporaryTree home;
+    const std::string odd = "bad\xff\nname";
+    home.file(".claude/" + odd, 500);
+    home.folder("tracked\x1b[31m");
+
+    const auto json = runCli({"scan", "--json", "--no-pause"}, home.root());
+    ASSERT_EQ(json.exitCode, 0) << json.err;
+    const std::string quotedPath = JsonText::quoted((home / ".claude" / odd).native());
+    EXPECT_THAT(json.out, HasSubstr("\"path\":" + quotedPath));
+    EXPECT_THAT(quotedPath, HasSubstr("bad\\udcff\\nname"));
+
+    const auto report = runCli({"scan", "--no-pause", "--track", (home / "tracked\x1b[31m").native()},
+                               home.root());
+    ASSERT_EQ(report.exitCode, 0) << report.err;
+    EXPECT_THAT(report.out, HasSubstr("~/tracked\\x1B[31m"));
+    EXPECT_EQ(report.out.find('\x1b'), std::string::npos);
+    EXPECT_THAT(report.out, HasSubstr("Claude Code"));
+}
+
+TEST(CommandLine, LimitedScansAreIncompleteButSucceed) {
+    TemporaryTree home;
+    for (const char* name : {"a", "b", "c"}) {
+        home.file(std::string(".codex/") + name, 10);
+    }
+    const auto run = runCli({"scan", "--json", "--max-entries", "2", "--no-pause"}, home.root());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const Json scan = parsedLine(run.out);
+    EXPECT_EQ(scan["incomplete"], true);
+    EXPECT_EQ(scan["findings"][0]["limited"], true);
+    EXPECT_EQ(scan["findings"][0]["fileCount"], 2);
+
+    const auto report = runCli({"scan", "--max-entries=2", "--no-pause"}, home.root());
+    EXPECT_THAT(report.out, HasSubstr("partial scan"));
+}
+
+TEST(CommandLine, UsageErrorsExitWithTwoAndHelpDescribesEverything) {
+    TemporaryTree home;
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {}, {"frobnicate"}, {"scan", "--bogus"}, {"scan", "--max-entries", "-1"},
+             {"scan", "--max-entries", "12x"}, {"scan", "--track"}, {"scan", "operand"},
+             {"catalog", "--json=yes"}}) {
+        const auto run = runCli(arguments, home.root());
+        EXPECT_EQ(run.exitCode, 2) << ::testing::PrintToString(arguments);
+        EXPECT_EQ(run.out, "");
+        EXPECT_NE(run.err, "");
+    }
+    const auto help = runCli({"--help"}, home.root());
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_THAT(help.out, HasSubstr("catalog"));
+    const auto scanHelp = runCli({"scan", "--help"}, home.root());
+    EXPECT_EQ(scanHelp.exitCode, 0);
+    for (const char* option : {"--json", "--track", "--max-entries", "--no-pause"}) {
+        EXPECT_THAT(scanHelp.out, HasSubstr(option));
+    }
+}
+
+}  // namespace
+}  // namespace tallowmere
