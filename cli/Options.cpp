@@ -9,7 +9,8 @@ namespace tallowmere::cli {
 namespace {
 
 const OptionSpec& specFor(const std::string& name, const std::vector<OptionSpec>& specs) {
-    const auto found = std::ranges::find_if(specs, [&](const OptionSpec& spec) { return name == spec.name; });
+    const auto found =
+        std::ranges::find_if(specs, [&](const OptionSpec& spec) { return name == spec.name; });
     if (found == specs.end()) {
         throw UsageError("unknown option '--" + name + "'");
     }
@@ -23,7 +24,8 @@ std::vector<std::string> Options::all(const std::string& name) const {
     return found == values.end() ? std::vector<std::string>{} : found->second;
 }
 
-Options parseOptions(const std::vector<std::string>& arguments, const std::vector<OptionSpec>& specs) {
+Options parseOptions(const std::vector<std::string>& arguments,
+                     const std::vector<OptionSpec>& specs) {
     Options options;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string& argument = arguments[index];
@@ -31,7 +33,8 @@ Options parseOptions(const std::vector<std::string>& arguments, const std::vecto
             throw UsageError("unexpected argument '" + argument + "'");
         }
         const auto equals = argument.find('=');
-        const std::string name = argument.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
+        const std::string name =
+            argument.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
         const OptionSpec& spec = specFor(name, specs);
         if (!spec.takesValue) {
             if (equals != std::string::npos) {

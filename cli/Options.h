@@ -23,6 +23,7 @@ struct Options {
 
 // Reads `arguments` (those after the command name) against `specs`; throws UsageError for an
 // unknown option, a missing value or an operand, naming it.
-Options parseOptions(const std::vector<std::string>& arguments, const std::vector<OptionSpec>& specs);
+Options parseOptions(const std::vector<std::string>& arguments,
+                     const std::vector<OptionSpec>& specs);
 
 }  // namespace tallowmere::cli

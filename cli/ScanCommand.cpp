@@ -75,8 +75,11 @@ private:
 }  // namespace
 
 int runScan(const std::vector<std::string>& arguments) {
-    const Options options = parseOptions(
-        arguments, {{"json", false}, {"track", true}, {"max-entries", true}, {"no-pause", false}, {"help", false}});
+    const Options options = parseOptions(arguments, {{"json", false},
+                                                     {"track", true},
+                                                     {"max-entries", true},
+                                                     {"no-pause", false},
+                                                     {"help", false}});
     if (options.has("help")) {
         std::cout << scanHelp;
         return success;
@@ -93,9 +96,9 @@ int runScan(const std::vector<std::string>& arguments) {
             ScanOptions scanOptions;
             scanOptions.stopToken = stopToken;
             scanOptions.pauses = !options.has("no-pause");
-            scan = AIStorageScanner::scan(home, locations, maxEntries,
-                                          [&](const StorageScan& soFar) { progress.show(soFar); },
-                                          scanOptions);
+            scan = AIStorageScanner::scan(
+                home, locations, maxEntries,
+                [&](const StorageScan& soFar) { progress.show(soFar); }, scanOptions);
         });
         if (interrupted) {
             std::cerr << "\r\033[KScan interrupted.\n";

@@ -43,7 +43,8 @@ void writeEntries(JsonWriter& json, const char* key, const std::vector<FileEntry
     json.endArray();
 }
 
-void writeCleanupFiles(JsonWriter& json, const char* key, const std::vector<StorageCleanupFile>& files) {
+void writeCleanupFiles(JsonWriter& json, const char* key,
+                       const std::vector<StorageCleanupFile>& files) {
     json.key(key);
     json.beginArray();
     for (const auto& file : files) {

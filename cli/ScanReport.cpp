@@ -57,9 +57,10 @@ std::string findingLine(const StorageFinding& finding, const std::filesystem::pa
 }
 
 std::string totals(const StorageScan& scan, std::size_t owners) {
-    std::string text = "Total: " + SizeText::bytes(scan.allocatedBytes()) + " in " +
-                       counted(static_cast<std::int64_t>(scan.findings.size()), "folder", "folders") +
-                       " of " + counted(static_cast<std::int64_t>(owners), "tool", "tools") + "\n";
+    std::string text =
+        "Total: " + SizeText::bytes(scan.allocatedBytes()) + " in " +
+        counted(static_cast<std::int64_t>(scan.findings.size()), "folder", "folders") + " of " +
+        counted(static_cast<std::int64_t>(owners), "tool", "tools") + "\n";
     text += counted(scan.absentLocations, "location", "locations") + " not present";
     if (scan.unreadableLocations > 0) {
         text += " · " + counted(scan.unreadableLocations, "location", "locations") +
@@ -90,8 +91,9 @@ std::string scanReport(const StorageScan& scan, const std::filesystem::path& hom
     const auto groups = groupByOwner(scan);
     std::string report = "AI storage in " + TerminalText::escaped(home.native()) + "\n\n";
     for (const auto& group : groups) {
-        report += TerminalText::escaped(group.owner) + "  " + SizeText::bytes(group.allocatedBytes) +
-                  " · " + counted(group.fileCount, "file", "files") + "\n";
+        report += TerminalText::escaped(group.owner) + "  " +
+                  SizeText::bytes(group.allocatedBytes) + " · " +
+                  counted(group.fileCount, "file", "files") + "\n";
         for (const StorageFinding* finding : group.findings) {
             report += findingLine(*finding, home);
         }

@@ -35,7 +35,8 @@ int main(int argc, char** argv) {
     try {
         return dispatch(argv[1], std::vector<std::string>(argv + 2, argv + argc));
     } catch (const UsageError& error) {
-        std::cerr << "tallowmere-cli: " << error.what() << "\nRun 'tallowmere-cli --help' for usage.\n";
+        std::cerr << "tallowmere-cli: " << error.what()
+                  << "\nRun 'tallowmere-cli --help' for usage.\n";
         return usageError;
     } catch (const std::exception& error) {
         std::cerr << "tallowmere-cli: " << error.what() << '\n';

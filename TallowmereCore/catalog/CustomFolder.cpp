@@ -6,8 +6,9 @@ namespace tallowmere {
 
 StorageLocation customFolderLocation(const std::filesystem::path& folder) {
     const std::string name = PathRules::lastComponent(PathRules::standardized(folder));
-    return {name.empty() ? folder.native() : name, "Custom folder", folder.native(),
-            "Added by you. Review in Finder; this may contain active work or conversation history."};
+    return {
+        name.empty() ? folder.native() : name, "Custom folder", folder.native(),
+        "Added by you. Review in Finder; this may contain active work or conversation history."};
 }
 
 }  // namespace tallowmere

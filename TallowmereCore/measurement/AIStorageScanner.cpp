@@ -80,7 +80,7 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
         LocationFolder opened = LocationFolder::open(folder);
         if (opened.state != LocationFolder::State::open) {
             ++(opened.state == LocationFolder::State::absent ? result.absentLocations
-                                                              : result.unreadableLocations);
+                                                             : result.unreadableLocations);
             continue;
         }
         result.findings.push_back(measureLocation(locations[index], folder, std::move(opened),
@@ -96,8 +96,9 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
 
 bool isOldLog(const std::filesystem::path& file, Date modified, const std::string& category,
               Date now, bool includeRecent) {
-    return AIStorageCleanup::isOldLogFile(TextRules::asciiLowercased(PathRules::lastComponent(file)),
-                                          modified, category, now, includeRecent);
+    return AIStorageCleanup::isOldLogFile(
+        TextRules::asciiLowercased(PathRules::lastComponent(file)), modified, category, now,
+        includeRecent);
 }
 
 }  // namespace tallowmere::AIStorageScanner

@@ -20,9 +20,8 @@ bool admits(const std::vector<Element>& list, std::int64_t key, std::size_t capa
 template <typename Element, typename Key>
 void insert(std::vector<Element>& list, Element element, std::size_t capacity, Key keyOf) {
     const std::int64_t key = keyOf(element);
-    const auto position = std::ranges::find_if(list, [&](const Element& existing) {
-        return keyOf(existing) < key;
-    });
+    const auto position =
+        std::ranges::find_if(list, [&](const Element& existing) { return keyOf(existing) < key; });
     list.insert(position, std::move(element));
     if (list.size() > capacity) {
         list.pop_back();

@@ -12,7 +12,8 @@ Date dateFromFileTime(std::int64_t seconds, std::int64_t nanoseconds) {
 
 Date currentDate() {
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(sinceEpoch).count();
+    const auto nanoseconds =
+        std::chrono::duration_cast<std::chrono::nanoseconds>(sinceEpoch).count();
     return dateFromFileTime(nanoseconds / 1'000'000'000, nanoseconds % 1'000'000'000);
 }
 

@@ -113,22 +113,29 @@ private:
             return true;
         }
         switch (entry.status.kind) {
-            case EntryKind::directory: descend(folder, entry); break;
-            case EntryKind::regularFile: countOnce(folder, name, entry.status); break;
-            default: break;
+            case EntryKind::directory:
+                descend(folder, entry);
+                break;
+            case EntryKind::regularFile:
+                countOnce(folder, name, entry.status);
+                break;
+            default:
+                break;
         }
         return true;
     }
 
     void descend(Folder& parent, const DirectoryEntry& entry) {
-        DirectoryStream child = DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
+        DirectoryStream child =
+            DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
         if (!child.valid()) {
             ++m_finding.skippedCount;
             return;
         }
         const std::string_view name = parent.chunk.name(entry);
         const bool protectedFolder =
-            parent.protectedFolder || (m_checksFiles && AIStorageCleanup::isProtectedFolderName(name));
+            parent.protectedFolder ||
+            (m_checksFiles && AIStorageCleanup::isProtectedFolderName(name));
         m_path = joined(m_path, name);
         pushFolder(std::move(child), protectedFolder);  // invalidates `parent` and `entry`
     }
@@ -159,9 +166,9 @@ private:
         m_finding.logicalBytes += status.logicalBytes;
         m_finding.allocatedBytes += status.allocatedBytes;
         ++m_finding.fileCount;
-        const Date modified = status.hasModified
-                                  ? dateFromFileTime(status.modifiedSeconds, status.modifiedNanoseconds)
-                                  : distantFuture;
+        const Date modified = status.hasModified ? dateFromFileTime(status.modifiedSeconds,
+                                                                    status.modifiedNanoseconds)
+                                                 : distantFuture;
         const bool largest = BoundedList::admits(m_finding.largestFiles, status.logicalBytes,
                                                  largestFilesCapacity, bytesOf);
         bool cleanup = false;
@@ -172,34 +179,45 @@ private:
             const auto& category = m_finding.location.category;
             const Date now = m_context.now;
             if (status.logicalBytes >= 1) {
-                cleanup = AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder, modified, category, now, false) &&
-                          BoundedList::admits(m_finding.cleanupFiles, status.allocatedBytes, cleanupFilesCapacity, allocatedOf);
-                recentCleanup = AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder, modified, category, now, true) &&
-                                BoundedList::admits(m_finding.recentCleanupFiles, status.allocatedBytes, cleanupFilesCapacity, allocatedOf);
+                cleanup = AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder,
+                                                             modified, category, now, false) &&
+                          BoundedList::admits(m_finding.cleanupFiles, status.allocatedBytes,
+                                              cleanupFilesCapacity, allocatedOf);
+                recentCleanup =
+                    AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder,
+                                                       modified, category, now, true) &&
+                    BoundedList::admits(m_finding.recentCleanupFiles, status.allocatedBytes,
+                                        cleanupFilesCapacity, allocatedOf);
             }
             oldLog = AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false) &&
-                     BoundedList::admits(m_finding.oldLogs, status.logicalBytes, oldLogsCapacity, bytesOf);
+                     BoundedList::admits(m_finding.oldLogs, status.logicalBytes, oldLogsCapacity,
+                                         bytesOf);
         }
         if (!largest && !cleanup && !recentCleanup && !oldLog) {
             return;
         }
-        const FileEntry entry{joined(m_path, name), status.logicalBytes, modified, status.identity.text()};
+        const FileEntry entry{joined(m_path, name), status.logicalBytes, modified,
+                              status.identity.text()};
         if (largest) {
             BoundedList::insert(m_finding.largestFiles, entry, largestFilesCapacity, bytesOf);
         }
         if (cleanup) {
-            BoundedList::insert(m_finding.cleanupFiles, cleanupFile(entry, status, false), cleanupFilesCapacity, allocatedOf);
+            BoundedList::insert(m_finding.cleanupFiles, cleanupFile(entry, status, false),
+                                cleanupFilesCapacity, allocatedOf);
         }
         if (recentCleanup) {
-            BoundedList::insert(m_finding.recentCleanupFiles, cleanupFile(entry, status, true), cleanupFilesCapacity, allocatedOf);
+            BoundedList::insert(m_finding.recentCleanupFiles, cleanupFile(entry, status, true),
+                                cleanupFilesCapacity, allocatedOf);
         }
         if (oldLog) {
             BoundedList::insert(m_finding.oldLogs, entry, oldLogsCapacity, bytesOf);
         }
     }
 
-    StorageCleanupFile cleanupFile(const FileEntry& entry, const EntryStatus& status, bool includesRecent) const {
-        return {entry, m_finding.url, m_finding.location.category, status.allocatedBytes, includesRecent};
+    StorageCleanupFile cleanupFile(const FileEntry& entry, const EntryStatus& status,
+                                   bool includesRecent) const {
+        return {entry, m_finding.url, m_finding.location.category, status.allocatedBytes,
+                includesRecent};
     }
 
     const std::vector<std::string>& m_nestedFolders;

@@ -18,13 +18,17 @@ bool isDotOrDotDot(const char* name) {
 // What the directory entry alone tells; `unknown` means a status read is needed.
 EntryKind kindFromDirectoryEntry(unsigned char type) {
     switch (type) {
-        case DT_DIR: return EntryKind::directory;
-        case DT_LNK: return EntryKind::symbolicLink;
+        case DT_DIR:
+            return EntryKind::directory;
+        case DT_LNK:
+            return EntryKind::symbolicLink;
         case DT_FIFO:
         case DT_SOCK:
         case DT_CHR:
-        case DT_BLK: return EntryKind::other;
-        default: return EntryKind::unknown;  // DT_REG needs its sizes; DT_UNKNOWN its kind
+        case DT_BLK:
+            return EntryKind::other;
+        default:
+            return EntryKind::unknown;  // DT_REG needs its sizes; DT_UNKNOWN its kind
     }
 }
 
@@ -48,7 +52,9 @@ DirectoryStream DirectoryStream::adopt(int directoryFd) {
     return stream;
 }
 
-int DirectoryStream::fd() const { return ::dirfd(m_directory.get()); }
+int DirectoryStream::fd() const {
+    return ::dirfd(m_directory.get());
+}
 
 bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit) {
     chunk.names.clear();

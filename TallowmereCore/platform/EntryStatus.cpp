@@ -13,9 +13,12 @@ namespace tallowmere {
 namespace {
 
 EntryKind kindOf(std::uint16_t mode) {
-    if (S_ISDIR(mode)) return EntryKind::directory;
-    if (S_ISREG(mode)) return EntryKind::regularFile;
-    if (S_ISLNK(mode)) return EntryKind::symbolicLink;
+    if (S_ISDIR(mode))
+        return EntryKind::directory;
+    if (S_ISREG(mode))
+        return EntryKind::regularFile;
+    if (S_ISLNK(mode))
+        return EntryKind::symbolicLink;
     return EntryKind::other;
 }
 
@@ -32,7 +35,8 @@ bool readEntryStatus(int directoryFd, const char* name, EntryStatus& status) {
     status.kind = (result.stx_mask & STATX_TYPE) ? kindOf(result.stx_mode) : EntryKind::unknown;
     status.linkCount = result.stx_nlink;
     status.identity = {makedev(result.stx_dev_major, result.stx_dev_minor), result.stx_ino};
-    status.logicalBytes = (result.stx_mask & STATX_SIZE) ? static_cast<std::int64_t>(result.stx_size) : 0;
+    status.logicalBytes =
+        (result.stx_mask & STATX_SIZE) ? static_cast<std::int64_t>(result.stx_size) : 0;
     status.allocatedBytes = (result.stx_mask & STATX_BLOCKS)
                                 ? static_cast<std::int64_t>(result.stx_blocks) * 512
                                 : status.logicalBytes;

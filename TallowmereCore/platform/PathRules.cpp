@@ -28,7 +28,8 @@ bool isInside(const std::string& path, const std::string& folder) {
     if (folder == "/") {
         return path.size() > 1 && path.starts_with('/');
     }
-    return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
+    return path.size() > folder.size() + 1 && path.starts_with(folder) &&
+           path[folder.size()] == '/';
 }
 
 }  // namespace tallowmere::PathRules

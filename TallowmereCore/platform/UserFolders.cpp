@@ -33,9 +33,12 @@ std::filesystem::path homeFolder() {
     const char* variable = std::getenv("HOME");
     std::string home = variable && variable[0] == '/' ? variable : homeFromPasswordDatabase();
     if (home.empty() || home[0] != '/') {
-        throw std::runtime_error("Cannot tell the home folder: HOME is not set and the user has no entry in the password database.");
+        throw std::runtime_error(
+            "Cannot tell the home folder: HOME is not set and the user has no entry in the "
+            "password database.");
     }
-    std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(home.c_str(), nullptr), &std::free);
+    std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(home.c_str(), nullptr),
+                                                         &std::free);
     return PathRules::standardized(resolved ? std::string(resolved.get()) : home);
 }
 

@@ -16,12 +16,12 @@ constexpr double cacheMinimumAge = 86400;  // a day
 constexpr double logMinimumAge = 604800;   // a week
 
 constexpr std::array<std::string_view, 13> protectedFolderNames = {
-    "auth",     "credentials", "secrets",   "tokens", "sessions", "history", "conversations",
-    "memory",   "checkpoints", "worktrees", "models", "weights",  ".git"};
+    "auth",   "credentials", "secrets",   "tokens", "sessions", "history", "conversations",
+    "memory", "checkpoints", "worktrees", "models", "weights",  ".git"};
 constexpr std::array<std::string_view, 4> sensitiveNameParts = {"auth", "credential", "secret",
                                                                 "token"};
 constexpr std::array<std::string_view, 15> excludedExtensions = {
-    "db",  "vscdb", "sqlite", "sqlite3", "ldb",  "lock", "pem", "key",
+    "db",  "vscdb", "sqlite", "sqlite3",     "ldb",  "lock", "pem", "key",
     "p12", "pfx",   "gguf",   "safetensors", "onnx", "pt",   "pth"};
 constexpr std::array<std::string_view, 4> excludedEndings = {"-wal", "-shm", "-journal", ".lock"};
 
@@ -73,7 +73,9 @@ bool isLowerLogFileName(std::string_view lowerName) {
 }
 
 bool hasExcludedName(std::string_view lowerName) {
-    const auto hasPart = [&](std::string_view part) { return lowerName.find(part) != lowerName.npos; };
+    const auto hasPart = [&](std::string_view part) {
+        return lowerName.find(part) != lowerName.npos;
+    };
     const auto endsWith = [&](std::string_view ending) { return lowerName.ends_with(ending); };
     return std::ranges::any_of(sensitiveNameParts, hasPart) ||
            contains(excludedExtensions, extensionOf(lowerName)) ||
@@ -93,8 +95,8 @@ bool hasProtectedFolder(const std::filesystem::path& folder) {
     });
 }
 
-bool isOldLogFile(std::string_view lowerName, Date modified, const std::string& category,
-                  Date now, bool includeRecent) {
+bool isOldLogFile(std::string_view lowerName, Date modified, const std::string& category, Date now,
+                  bool includeRecent) {
     return category == "Logs" && isLowerLogFileName(lowerName) &&
            (includeRecent || now - modified >= logMinimumAge);
 }

@@ -27,7 +27,7 @@ bool hasProtectedFolder(const std::filesystem::path& folder);
 
 // True when `lowerName` (lower-cased) names a log of a "Logs" location that is at least a
 // week old at `now`, or of any age with `includeRecent`: "server.log", "app.log.20240101".
-bool isOldLogFile(std::string_view lowerName, Date modified, const std::string& category,
-                  Date now, bool includeRecent);
+bool isOldLogFile(std::string_view lowerName, Date modified, const std::string& category, Date now,
+                  bool includeRecent);
 
 }  // namespace tallowmere::AIStorageCleanup

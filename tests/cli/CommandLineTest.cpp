@@ -11,10 +11,10 @@ namespace tallowmere {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using testing::runCli;
-using testing::TemporaryTree;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using testing::runCli;
+using testing::TemporaryTree;
 
 std::vector<std::string> keysOf(const Json& object) {
     std::vector<std::string> keys;
@@ -59,18 +59,19 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.err, "");
     const Json scan = parsedLine(run.out);
-    EXPECT_THAT(keysOf(scan), ElementsAre("home", "completedAt", "absentLocations", "unreadableLocations",
-                                          "incomplete", "allocatedBytes", "findings"));
+    EXPECT_THAT(keysOf(scan),
+                ElementsAre("home", "completedAt", "absentLocations", "unreadableLocations",
+                            "incomplete", "allocatedBytes", "findings"));
     EXPECT_EQ(scan["home"], home.root().native());
     EXPECT_EQ(scan["absentLocations"], 142);
     EXPECT_EQ(scan["incomplete"], false);
     ASSERT_EQ(scan["findings"].size(), 3u);
 
     const Json& logs = scan["findings"][0];
-    EXPECT_THAT(keysOf(logs), ElementsAre("owner", "category", "relativePath", "detail", "path",
-                                          "allocatedBytes", "logicalBytes", "fileCount", "skippedCount",
-                                          "limited", "largestFiles", "oldLogs", "cleanupFiles",
-                                          "recentCleanupFiles"));
+    EXPECT_THAT(keysOf(logs),
+                ElementsAre("owner", "category", "relativePath", "detail", "path", "allocatedBytes",
+                            "logicalBytes", "fileCount", "skippedCount", "limited", "largestFiles",
+                            "oldLogs", "cleanupFiles", "recentCleanupFiles"));
     EXPECT_EQ(logs["path"], (home / ".ollama/logs").native());
     EXPECT_EQ(logs["logicalBytes"], 2000);
     const Json& entry = logs["oldLogs"][0];
@@ -108,8 +109,8 @@ TEST(CommandLine, NamesSurviveAsBytesInJsonAndAreEscapedInReports) {
     EXPECT_THAT(json.out, HasSubstr("\"path\":" + quotedPath));
     EXPECT_THAT(quotedPath, HasSubstr("bad\\udcff\\nname"));
 
-    const auto report = runCli({"scan", "--no-pause", "--track", (home / "tracked\x1b[31m").native()},
-                               home.root());
+    const auto report =
+        runCli({"scan", "--no-pause", "--track", (home / "tracked\x1b[31m").native()}, home.root());
     ASSERT_EQ(report.exitCode, 0) << report.err;
     EXPECT_THAT(report.out, HasSubstr("~/tracked\\x1B[31m"));
     EXPECT_EQ(report.out.find('\x1b'), std::string::npos);
@@ -134,10 +135,15 @@ TEST(CommandLine, LimitedScansAreIncompleteButSucceed) {
 
 TEST(CommandLine, UsageErrorsExitWithTwoAndHelpDescribesEverything) {
     TemporaryTree home;
-    for (const auto& arguments : std::vector<std::vector<std::string>>{
-             {}, {"frobnicate"}, {"scan", "--bogus"}, {"scan", "--max-entries", "-1"},
-             {"scan", "--max-entries", "12x"}, {"scan", "--track"}, {"scan", "operand"},
-             {"catalog", "--json=yes"}}) {
+    for (const auto& arguments :
+         std::vector<std::vector<std::string>>{{},
+                                               {"frobnicate"},
+                                               {"scan", "--bogus"},
+                                               {"scan", "--max-entries", "-1"},
+                                               {"scan", "--max-entries", "12x"},
+                                               {"scan", "--track"},
+                                               {"scan", "operand"},
+                                               {"catalog", "--json=yes"}}) {
         const auto run = runCli(arguments, home.root());
         EXPECT_EQ(run.exitCode, 2) << ::testing::PrintToString(arguments);
         EXPECT_EQ(run.out, "");

@@ -13,9 +13,9 @@
 namespace tallowmere {
 namespace {
 
-using testing::TemporaryTree;
 using testing::allocatedBytesOf;
 using ::testing::ElementsAre;
+using testing::TemporaryTree;
 
 constexpr Date day = 86400;
 
@@ -26,7 +26,8 @@ ScanOptions withoutPauses(std::stop_token stopToken = {}) {
     return options;
 }
 
-StorageLocation location(const std::string& relativePath, const std::string& category = "Agent data",
+StorageLocation location(const std::string& relativePath,
+                         const std::string& category = "Agent data",
                          const std::string& owner = "Tool") {
     return {owner, category, relativePath, "detail"};
 }
@@ -109,8 +110,8 @@ TEST(AIStorageScanner, NestedLocationsAreMeasuredOnlyOnTheirOwn) {
     tree.file(".cache2/x", 7);
 
     for (const bool innerFirst : {false, true}) {
-        std::vector<StorageLocation> locations = {location(".cache"), location(".cache/huggingface"),
-                                                  location(".cache2")};
+        std::vector<StorageLocation> locations = {
+            location(".cache"), location(".cache/huggingface"), location(".cache2")};
         if (innerFirst) {
             std::swap(locations[0], locations[1]);
         }
@@ -142,10 +143,10 @@ TEST(AIStorageScanner, RepeatedAbsentAndUnreadableLocations) {
     tree.symlink("real", ".link-to-folder");
 
     auto custom = location((tree.root() / "x/../.tool/").native(), "Custom folder");
-    const auto scan = scanOf(tree, {location(".tool"), custom, location(".missing"),
-                                    location(".plain-file/below"), location(".plain-file"),
-                                    location(".link-to-folder"), location("linked/inside"),
-                                    location(".missing")});
+    const auto scan = scanOf(
+        tree, {location(".tool"), custom, location(".missing"), location(".plain-file/below"),
+               location(".plain-file"), location(".link-to-folder"), location("linked/inside"),
+               location(".missing")});
 
     ASSERT_EQ(scan.findings.size(), 1u);
     EXPECT_EQ(scan.findings[0].location.relativePath, ".tool");
@@ -222,7 +223,8 @@ TEST(AIStorageScanner, BoundedListsKeepTheFirstOfEqualSizes) {
     for (const auto& entry : std::filesystem::directory_iterator(tree / ".many")) {
         listed.push_back(entry.path().filename());
     }
-    const auto firstTie = std::ranges::find_if(listed, [](const auto& n) { return n.starts_with("tie"); });
+    const auto firstTie =
+        std::ranges::find_if(listed, [](const auto& n) { return n.starts_with("tie"); });
     EXPECT_EQ(finding.largestFiles.back().name(), *firstTie);
 }
 
@@ -241,8 +243,8 @@ TEST(AIStorageScanner, CollectsOldLogsAndCleanupFiles) {
     tree.file("cache/Models/weights.bin", 2000, now - 2 * day);
     tree.file("cache/zero", 0, now - 2 * day);
 
-    const auto scan = scanOf(tree, {location("logs", "Logs"), location("lower", "logs"),
-                                    location("cache", "Cache")});
+    const auto scan = scanOf(
+        tree, {location("logs", "Logs"), location("lower", "logs"), location("cache", "Cache")});
 
     const auto& logs = findingFor(scan, "logs");
     EXPECT_THAT(namesOf(logs.oldLogs), ElementsAre("kept.log", "app.log.3", "empty.log"));
@@ -295,8 +297,8 @@ TEST(AIStorageScanner, CountsWhatCannotBeReadAsSkipped) {
         ::chmod((work / ".tool/locked").c_str(), 0);
         std::filesystem::create_directories(work / ".closed");
         ::chmod((work / ".closed").c_str(), 0);
-        const auto scan = AIStorageScanner::scan(work, {location(".tool"), location(".closed")}, 100,
-                                                 {}, withoutPauses());
+        const auto scan = AIStorageScanner::scan(work, {location(".tool"), location(".closed")},
+                                                 100, {}, withoutPauses());
         return std::to_string(scan.findings.size()) + " " +
                std::to_string(scan.findings[0].fileCount) + " " +
                std::to_string(scan.findings[0].skippedCount) + " " +
@@ -326,8 +328,10 @@ TEST(AIStorageScanner, ReportsProgressAndStopsWhenAsked) {
 
 TEST(AIStorageScanner, OldLogTestLooksAtCategoryNameAndAge) {
     const Date now = 1000 * day;
-    const auto old = [&](const char* name, Date age, const char* category = "Logs", bool recent = false) {
-        return AIStorageScanner::isOldLog(std::string("/h/") + name, now - age, category, now, recent);
+    const auto old = [&](const char* name, Date age, const char* category = "Logs",
+                         bool recent = false) {
+        return AIStorageScanner::isOldLog(std::string("/h/") + name, now - age, category, now,
+                                          recent);
     };
     EXPECT_TRUE(old("app.log.3", 8 * day));
     EXPECT_FALSE(old("app.log.3", 6 * day));

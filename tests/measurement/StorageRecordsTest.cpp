@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "TemporaryTree.h"
 #include "measurement/DiskSpace.h"
 #include "measurement/FileEntry.h"
 #include "measurement/StorageLocation.h"
 #include "measurement/StorageScan.h"
-#include "TemporaryTree.h"
 
 namespace tallowmere {
 namespace {
@@ -33,7 +33,8 @@ TEST(StorageLocation, UrlIsStandardizedAndKeepsComponents) {
     EXPECT_EQ((StorageLocation{"", "", ".claude", ""}).url(home), "/Users/a/.claude");
     EXPECT_EQ((StorageLocation{"", "", "/opt/x/../y", ""}).url(home), "/opt/y");
     EXPECT_EQ((StorageLocation{"", "", "/opt/./x/", ""}).url(home), "/opt/x");
-    const StorageLocation spaced{"", "", "Library/Application Support/IBM Bob - Insiders/Cache", ""};
+    const StorageLocation spaced{"", "", "Library/Application Support/IBM Bob - Insiders/Cache",
+                                 ""};
     const auto url = spaced.url(home);
     EXPECT_EQ(url, "/Users/a/Library/Application Support/IBM Bob - Insiders/Cache");
     EXPECT_EQ(std::distance(url.begin(), url.end()), 7);

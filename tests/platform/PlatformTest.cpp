@@ -59,7 +59,8 @@ TEST(UserFolders, HomeComesFromTheEnvironmentWithLinksResolvedOnce) {
     const char* resolved = ::realpath(entry->pw_dir, nullptr);
     const std::string expected = resolved ? resolved : entry->pw_dir;
     std::free(const_cast<char*>(resolved));
-    for (const auto& value : {std::optional<std::string>(), std::optional<std::string>("relative/home")}) {
+    for (const auto& value :
+         {std::optional<std::string>(), std::optional<std::string>("relative/home")}) {
         HomeVariable home(value);
         EXPECT_EQ(UserFolders::homeFolder(), expected);
     }

@@ -30,7 +30,8 @@ TEST(AIStorageCleanup, OnlyCacheAndLogFilesQualify) {
     for (const char* category : {"cache", "logs", "Agent data", "Models", ""}) {
         EXPECT_FALSE(eligible("/h/x/build.log", 100 * day, category, true)) << category;
     }
-    for (const char* name : {"app.log.7", "Server.LOG", "app.log.20240101", "x.log.+3", "a..log.-1"}) {
+    for (const char* name :
+         {"app.log.7", "Server.LOG", "app.log.20240101", "x.log.+3", "a..log.-1"}) {
         EXPECT_TRUE(eligible(std::string("/h/logs/") + name, 8 * day, "Logs")) << name;
     }
     for (const char* name : {"app.log.x", "app.log.", "log.7", "app.logs", "app.log.old",
@@ -40,13 +41,15 @@ TEST(AIStorageCleanup, OnlyCacheAndLogFilesQualify) {
 }
 
 TEST(AIStorageCleanup, RefusesProtectedFoldersAndSensitiveNames) {
-    for (const char* path : {"/h/.cache/Models/blob", "/h/.cache/a/History/b/blob",
-                             "/Sessions/h/.cache/blob", "/h/.cache/.GIT/blob", "/h/weights/c/blob"}) {
+    for (const char* path :
+         {"/h/.cache/Models/blob", "/h/.cache/a/History/b/blob", "/Sessions/h/.cache/blob",
+          "/h/.cache/.GIT/blob", "/h/weights/c/blob"}) {
         EXPECT_FALSE(eligible(path, 100 * day, "Cache")) << path;
     }
-    for (const char* name : {"state.vscdb", "index.sqlite3-wal", "model.GGUF", "npm.lock", ".env.local",
-                             ".env", "credentials.json", "my_token_cache", "tokenizer.json",
-                             "oauth-cache.bin", "db.SQLITE", "x.journal-journal", "w.pth"}) {
+    for (const char* name :
+         {"state.vscdb", "index.sqlite3-wal", "model.GGUF", "npm.lock", ".env.local", ".env",
+          "credentials.json", "my_token_cache", "tokenizer.json", "oauth-cache.bin", "db.SQLITE",
+          "x.journal-journal", "w.pth"}) {
         EXPECT_FALSE(eligible(std::string("/h/.cache/") + name, 100 * day, "Cache")) << name;
     }
     for (const char* name : {"x.env", "env.json", "models.json", ".lockfile", "history"}) {

@@ -125,7 +125,8 @@ std::string runUnprivileged(const std::filesystem::path& workFolder,
             output = std::string("exception: ") + error.what();
         }
         for (std::size_t written = 0; written < output.size();) {
-            const ssize_t count = ::write(channel[1], output.data() + written, output.size() - written);
+            const ssize_t count =
+                ::write(channel[1], output.data() + written, output.size() - written);
             if (count <= 0) {
                 ::_exit(4);
             }
@@ -143,7 +144,8 @@ std::string runUnprivileged(const std::filesystem::path& workFolder,
     int status = 0;
     ::waitpid(child, &status, 0);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw std::runtime_error("the unprivileged child failed with status " + std::to_string(status));
+        throw std::runtime_error("the unprivileged child failed with status " +
+                                 std::to_string(status));
     }
     return output;
 }
