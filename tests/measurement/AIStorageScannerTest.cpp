@@ -1,8 +1,10 @@
 #include "measurement/AIStorageScanner.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -279,6 +281,31 @@ TEST(AIStorageScanner, ReportsAnyFileNameExactly) {
     EXPECT_EQ(finding.largestFiles[0].name().native(), odd);
 }
 
+TEST(AIStorageScanner, WalksBelowTheLongestPathTheSystemAccepts) {
+    TemporaryTree tree;
+    tree.folder(".deep");
+    // Built step by step with relative calls, since the whole path is longer than PATH_MAX.
+    const std::string name(200, 'd');
+    int folder = ::open((tree / ".deep").c_str(), O_RDONLY | O_DIRECTORY);
+    for (int depth = 0; depth < 30; ++depth) {
+        ASSERT_EQ(::mkdirat(folder, name.c_str(), 0755), 0);
+        const int next = ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY);
+        ::close(folder);
+        folder = next;
+    }
+    const int file = ::openat(folder, "bottom.bin", O_WRONLY | O_CREAT, 0644);
+    ASSERT_EQ(::write(file, "12345", 5), 5);
+    ::close(file);
+    ::close(folder);
+
+    const auto finding = scanOf(tree, {location(".deep")}).findings[0];
+    EXPECT_EQ(finding.fileCount, 1);
+    EXPECT_EQ(finding.skippedCount, 0);
+    ASSERT_EQ(finding.largestFiles.size(), 1u);
+    EXPECT_GT(finding.largestFiles[0].url.native().size(), 6000u);
+    EXPECT_EQ(finding.largestFiles[0].name(), "bottom.bin");
+}
+
 TEST(AIStorageScanner, ReportsModificationDatesExactly) {
     TemporaryTree tree;
     const Date modified = 700000000.25;
@@ -290,7 +317,7 @@ TEST(AIStorageScanner, ReportsModificationDatesExactly) {
 TEST(AIStorageScanner, CountsWhatCannotBeReadAsSkipped) {
     TemporaryTree tree;
     const auto work = tree.folder("work");
-    const std::string result = testing::runUnprivileged(work, [&] {
+    const auto result = testing::runUnprivileged(work, [&] {
         std::filesystem::create_directories(work / ".tool/locked");
         std::ofstream(work / ".tool/locked/secret") << "x";
         std::ofstream(work / ".tool/visible") << "abc";
@@ -304,7 +331,11 @@ TEST(AIStorageScanner, CountsWhatCannotBeReadAsSkipped) {
                std::to_string(scan.findings[0].skippedCount) + " " +
                std::to_string(scan.unreadableLocations) + " " + std::to_string(scan.incomplete());
     });
-    EXPECT_EQ(result, "1 1 1 1 1");
+    if (!result) {
+        GTEST_SKIP() << "an unprivileged user cannot reach " << work
+                     << " to provoke permission faults";
+    }
+    EXPECT_EQ(*result, "1 1 1 1 1");
 }
 
 TEST(AIStorageScanner, ReportsProgressAndStopsWhenAsked) {

@@ -1,15 +1,19 @@
 #include "TemporaryTree.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 namespace tallowmere::testing {
 
@@ -23,16 +27,27 @@ void check(bool succeeded, const std::string& what) {
     }
 }
 
-// Makes every folder below `root` writable and searchable again so it can be removed.
-void unlockAll(const std::filesystem::path& root) {
-    ::chmod(root.c_str(), 0700);
-    std::error_code error;
-    for (auto it = std::filesystem::recursive_directory_iterator(root, error);
-         !error && it != std::filesystem::recursive_directory_iterator(); it.increment(error)) {
-        if (it->is_directory(error) && !it->is_symlink(error)) {
-            ::chmod(it->path().c_str(), 0700);
-        }
+// Removes `name` inside `parentFd` and everything below it, unreadable folders and paths
+// longer than PATH_MAX included, by working relative to each folder.
+void removeTree(int parentFd, const char* name) {
+    if (::unlinkat(parentFd, name, 0) == 0 || errno != EISDIR) {
+        return;
     }
+    ::fchmodat(parentFd, name, 0700, 0);
+    const int fd = ::openat(parentFd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (DIR* folder = fd >= 0 ? ::fdopendir(fd) : nullptr) {
+        std::vector<std::string> names;
+        while (const dirent* entry = ::readdir(folder)) {
+            if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
+                names.emplace_back(entry->d_name);
+            }
+        }
+        for (const auto& child : names) {
+            removeTree(::dirfd(folder), child.c_str());
+        }
+        ::closedir(folder);
+    }
+    ::unlinkat(parentFd, name, AT_REMOVEDIR);
 }
 
 }  // namespace
@@ -47,9 +62,7 @@ TemporaryTree::TemporaryTree() {
 }
 
 TemporaryTree::~TemporaryTree() {
-    unlockAll(m_root);
-    std::error_code ignored;
-    std::filesystem::remove_all(m_root, ignored);
+    removeTree(AT_FDCWD, m_root.c_str());
 }
 
 std::filesystem::path TemporaryTree::folder(const std::string& relative) const {
@@ -101,10 +114,17 @@ std::int64_t allocatedBytesOf(const std::filesystem::path& path) {
     return static_cast<std::int64_t>(status.st_blocks) * 512;
 }
 
-std::string runUnprivileged(const std::filesystem::path& workFolder,
-                            const std::function<std::string()>& body) {
+std::optional<std::string> runUnprivileged(const std::filesystem::path& workFolder,
+                                           const std::function<std::string()>& body) {
     if (::geteuid() != 0) {
         return body();
+    }
+    for (auto folder = workFolder.parent_path(); folder != folder.parent_path();
+         folder = folder.parent_path()) {
+        struct stat status;
+        if (::stat(folder.c_str(), &status) != 0 || (status.st_mode & S_IXOTH) == 0) {
+            return std::nullopt;
+        }
     }
     check(::chown(workFolder.c_str(), unprivilegedId, unprivilegedId) == 0,
           "chown " + workFolder.native());

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "measurement/Date.h"
@@ -42,8 +43,9 @@ std::int64_t allocatedBytesOf(const std::filesystem::path& path);
 
 // Runs `body` as an unprivileged user so that permission faults happen even when the tests
 // run as root: in a forked child that drops to uid and gid 65534, with `workFolder` handed
-// over to that user first. Without root, runs `body` directly. Returns what `body` returns.
-std::string runUnprivileged(const std::filesystem::path& workFolder,
-                            const std::function<std::string()>& body);
+// over to that user first. Without root, runs `body` directly. Returns what `body` returns,
+// or nothing when that user could not reach `workFolder` (a folder above it is closed).
+std::optional<std::string> runUnprivileged(const std::filesystem::path& workFolder,
+                                           const std::function<std::string()>& body);
 
 }  // namespace tallowmere::testing
