@@ -5,6 +5,7 @@
 
 #include "Commands.h"
 #include "Usage.h"
+#include "platform/ProcessLimits.h"
 
 using namespace tallowmere::cli;
 
@@ -28,6 +29,7 @@ int dispatch(const std::string& command, const std::vector<std::string>& argumen
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
+    tallowmere::ProcessLimits::raiseOpenFileLimit();
     if (argc < 2) {
         std::cerr << overviewHelp;
         return usageError;
