@@ -56,7 +56,7 @@ int DirectoryStream::fd() const {
     return ::dirfd(m_directory.get());
 }
 
-bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit) {
+bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, StatusReads statusReads) {
     chunk.names.clear();
     chunk.entries.clear();
     while (chunk.entries.size() < limit) {
@@ -78,7 +78,9 @@ bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit) {
         chunk.entries.push_back(entry);
     }
     for (auto& entry : chunk.entries) {
-        if (entry.status.kind == EntryKind::unknown) {
+        const EntryKind kind = entry.status.kind;
+        if (statusReads == StatusReads::filesAndUnknown &&
+            (kind == EntryKind::regularFile || kind == EntryKind::unknown)) {
             entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
         }
     }

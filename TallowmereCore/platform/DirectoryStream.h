@@ -35,8 +35,9 @@ struct DirectoryChunk {
     const char* cName(const DirectoryEntry& entry) const { return names.data() + entry.nameOffset; }
 };
 
-// An open directory read in chunks. Folders and symbolic links known from the directory entry
-// need no further call; every other entry gets one status read relative to the directory.
+// An open directory read in chunks. Folders, symbolic links and special files known from the
+// directory entry need no further call; regular files and entries of unknown kind get one
+// status read relative to the directory.
 // Never follows a symbolic link. Move-only; closes the directory on destruction.
 class DirectoryStream {
 public:
@@ -46,13 +47,20 @@ public:
     // Takes ownership of an open directory descriptor.
     static DirectoryStream adopt(int directoryFd);
 
+    // Which entries get a status read while a chunk is read.
+    enum class StatusReads {
+        filesAndUnknown,  // regular files (for their sizes) and entries of unknown kind
+        none,             // the kinds the directory entries tell are enough
+    };
+
     bool valid() const { return m_directory != nullptr; }
     int fd() const;
 
     // Replaces `chunk` with at most `limit` further entries ("." and ".." left out). Returns
     // false when the directory holds no more; `readFailed()` then tells whether reading
     // stopped because of an error rather than at the end.
-    bool readChunk(DirectoryChunk& chunk, std::size_t limit);
+    bool readChunk(DirectoryChunk& chunk, std::size_t limit,
+                   StatusReads statusReads = StatusReads::filesAndUnknown);
     bool readFailed() const { return m_readFailed; }
 
 private:

@@ -4,19 +4,16 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <memory>
 
 #include "platform/FileDescriptor.h"
+#include "platform/PathRules.h"
 
 namespace tallowmere {
 
 namespace {
 
 bool resolvesToItself(const std::filesystem::path& folder) {
-    std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(folder.c_str(), nullptr),
-                                                         &std::free);
-    return resolved && folder.native() == resolved.get();
+    return PathRules::resolvingSymlinks(folder) == folder;
 }
 
 LocationFolder withState(LocationFolder::State state) {

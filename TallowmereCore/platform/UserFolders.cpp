@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -37,9 +36,19 @@ std::filesystem::path homeFolder() {
             "Cannot tell the home folder: HOME is not set and the user has no entry in the "
             "password database.");
     }
-    std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(home.c_str(), nullptr),
-                                                         &std::free);
-    return PathRules::standardized(resolved ? std::string(resolved.get()) : home);
+    return PathRules::resolvingSymlinks(home);
+}
+
+std::filesystem::path cachesFolder() {
+    const char* variable = std::getenv("XDG_CACHE_HOME");
+    if (variable && variable[0] == '/') {
+        return PathRules::standardized(variable);
+    }
+    return homeFolder() / ".cache";
+}
+
+std::filesystem::path summaryFile() {
+    return cachesFolder() / "Tallowmere" / "storage-summary.json";
 }
 
 }  // namespace tallowmere::UserFolders

@@ -9,4 +9,11 @@ namespace tallowmere::UserFolders {
 // through a link is measured like any other. Throws std::runtime_error when neither is known.
 std::filesystem::path homeFolder();
 
+// The folder for the user's discardable data (XDG Base Directory): $XDG_CACHE_HOME when it is an
+// absolute path, else homeFolder()/.cache; standardized. Throws as homeFolder() does.
+std::filesystem::path cachesFolder();
+
+// Where the summary of the last scan is kept: cachesFolder()/Tallowmere/storage-summary.json.
+std::filesystem::path summaryFile();
+
 }  // namespace tallowmere::UserFolders

@@ -1,0 +1,15 @@
+#include "catalog/StorageLayout.h"
+
+namespace tallowmere {
+
+std::optional<StorageLayout> storageLayoutNamed(std::string_view name) {
+    if (name == "macos") {
+        return StorageLayout::macos;
+    }
+    if (name == "linux") {
+        return StorageLayout::linux;
+    }
+    return std::nullopt;
+}
+
+}  // namespace tallowmere

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace tallowmere {
+
+// Where editors keep their data: under "Library/Application Support/" on macOS, under
+// "~/.config/" on Linux. (The build is strict ISO C++, so the GNU macro `linux` is not set.)
+enum class StorageLayout { macos, linux };
+
+// The layout of the system this program runs on.
+constexpr StorageLayout nativeStorageLayout() {
+#ifdef __APPLE__
+    return StorageLayout::macos;
+#else
+    return StorageLayout::linux;
+#endif
+}
+
+// "macos" or "linux".
+std::optional<StorageLayout> storageLayoutNamed(std::string_view name);
+
+}  // namespace tallowmere
