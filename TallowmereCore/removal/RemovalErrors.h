@@ -16,7 +16,7 @@ struct FileTrashError : std::runtime_error {
 struct ReviewError : std::runtime_error {
     enum class Kind { broadLocation, unavailable, limit };
 
-    explicit ReviewError(Kind kind) : std::runtime_error(description(kind)), kind(kind) {}
+    explicit ReviewError(Kind reason) : std::runtime_error(description(reason)), kind(reason) {}
 
     static const char* description(Kind kind) {
         switch (kind) {
