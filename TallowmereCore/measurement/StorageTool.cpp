@@ -68,8 +68,7 @@ std::vector<std::string> StorageTool::categories() const {
         labels.push_back(finding.location.category);
     }
     std::ranges::sort(labels);
-    const auto duplicates = std::ranges::unique(labels);
-    labels.erase(duplicates.begin(), duplicates.end());
+    labels.erase(std::unique(labels.begin(), labels.end()), labels.end());
     return labels;
 }
 
