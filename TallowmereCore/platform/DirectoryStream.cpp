@@ -79,8 +79,9 @@ bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, Status
     }
     for (auto& entry : chunk.entries) {
         const EntryKind kind = entry.status.kind;
-        if (statusReads == StatusReads::filesAndUnknown &&
-            (kind == EntryKind::regularFile || kind == EntryKind::unknown)) {
+        const bool kindNeedsStatus = kind == EntryKind::regularFile || kind == EntryKind::unknown;
+        if (statusReads == StatusReads::everything ||
+            (statusReads == StatusReads::filesAndUnknown && kindNeedsStatus)) {
             entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
         }
     }

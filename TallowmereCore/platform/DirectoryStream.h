@@ -51,6 +51,7 @@ public:
     enum class StatusReads {
         filesAndUnknown,  // regular files (for their sizes) and entries of unknown kind
         none,             // the kinds the directory entries tell are enough
+        everything,       // every entry, folders and links included
     };
 
     bool valid() const { return m_directory != nullptr; }

@@ -1,9 +1,32 @@
 #include "platform/FileIdentity.h"
 
+#include <charconv>
+
 namespace tallowmere {
 
 std::string FileIdentity::text() const {
     return std::to_string(device) + ':' + std::to_string(inode);
+}
+
+std::optional<FileIdentity> FileIdentity::parse(std::string_view text) {
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto number = [](std::string_view digits) -> std::optional<std::uint64_t> {
+        std::uint64_t value = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+        if (digits.empty() || error != std::errc{} || end != digits.data() + digits.size()) {
+            return std::nullopt;
+        }
+        return value;
+    };
+    const auto device = number(text.substr(0, colon));
+    const auto inode = number(text.substr(colon + 1));
+    if (!device || !inode) {
+        return std::nullopt;
+    }
+    return FileIdentity{*device, *inode};
 }
 
 }  // namespace tallowmere

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tallowmere {
 
@@ -13,6 +15,8 @@ struct FileIdentity {
 
     // The identity as text, "device:inode" in decimal: the only place that form is made.
     std::string text() const;
+    // The identity that `text()` wrote, or nothing for any other text.
+    static std::optional<FileIdentity> parse(std::string_view text);
 
     bool operator==(const FileIdentity&) const = default;
 };

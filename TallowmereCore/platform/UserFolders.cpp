@@ -3,7 +3,9 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -45,6 +47,32 @@ std::filesystem::path cachesFolder() {
         return PathRules::standardized(variable);
     }
     return homeFolder() / ".cache";
+}
+
+std::vector<std::filesystem::path> passwordDatabaseHomes() {
+    // setpwent/getpwent_r share one cursor per process; the lock keeps our own callers apart.
+    static std::mutex cursor;
+    const std::lock_guard lock(cursor);
+    std::vector<std::filesystem::path> homes;
+    std::vector<char> buffer(16384);
+    passwd entry;
+    passwd* found = nullptr;
+    ::setpwent();
+    while (true) {
+        const int error = ::getpwent_r(&entry, buffer.data(), buffer.size(), &found);
+        if (error == ERANGE) {
+            buffer.resize(buffer.size() * 2);
+            continue;
+        }
+        if (error != 0 || !found) {
+            break;
+        }
+        if (found->pw_dir && found->pw_dir[0] == '/') {
+            homes.push_back(PathRules::standardized(found->pw_dir));
+        }
+    }
+    ::endpwent();
+    return homes;
 }
 
 std::filesystem::path summaryFile() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace tallowmere::UserFolders {
 
@@ -12,6 +13,10 @@ std::filesystem::path homeFolder();
 // The folder for the user's discardable data (XDG Base Directory): $XDG_CACHE_HOME when it is an
 // absolute path, else homeFolder()/.cache; standardized. Throws as homeFolder() does.
 std::filesystem::path cachesFolder();
+
+// The home folders of the accounts in the password database, standardized, in database order;
+// the listing stops at the first entry that cannot be read. Safe to call from several threads.
+std::vector<std::filesystem::path> passwordDatabaseHomes();
 
 // Where the summary of the last scan is kept: cachesFolder()/Tallowmere/storage-summary.json.
 std::filesystem::path summaryFile();

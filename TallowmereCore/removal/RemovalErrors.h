@@ -21,11 +21,13 @@ struct ReviewError : std::runtime_error {
     static const char* description(Kind kind) {
         switch (kind) {
             case Kind::broadLocation:
-                return "Choose a tool’s storage folder rather than a home, system or volume folder.";
+                return "Choose a tool’s storage folder rather than a home, system or volume "
+                       "folder.";
             case Kind::unavailable:
                 return "This folder could not be fully checked. Check access and scan again.";
             case Kind::limit:
-                return "This folder is too large to verify in one review. Choose a smaller storage location.";
+                return "This folder is too large to verify in one review. Choose a smaller storage "
+                       "location.";
         }
         return "";
     }

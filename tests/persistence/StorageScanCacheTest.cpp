@@ -13,6 +13,7 @@
 #include <string>
 #include <system_error>
 
+#include "ScopedVariable.h"
 #include "TemporaryTree.h"
 #include "platform/UserFolders.h"
 
@@ -54,26 +55,6 @@ std::string messageOf(const std::function<void()>& action) {
     }
     return "no error";
 }
-
-// Sets an environment variable (or removes it) for one test and puts the old value back.
-class EnvironmentVariable {
-public:
-    EnvironmentVariable(const char* name, const std::optional<std::string>& value) : m_name(name) {
-        if (const char* old = std::getenv(name)) {
-            m_old = old;
-        }
-        set(value);
-    }
-    ~EnvironmentVariable() { set(m_old); }
-
-private:
-    void set(const std::optional<std::string>& value) {
-        value ? ::setenv(m_name, value->c_str(), 1) : ::unsetenv(m_name);
-    }
-
-    const char* m_name;
-    std::optional<std::string> m_old;
-};
 
 TEST(StorageScanCache, SavesCompactJsonInKeyOrderAndLoadsTheSameScan) {
     testing::TemporaryTree tree;
@@ -220,15 +201,15 @@ TEST(StorageScanCache, FailedSaveThrowsNamingThePathAndKeepsTheEarlierSummary) {
 TEST(StorageScanCache, SummaryFileLiesInTheCachesFolder) {
     testing::TemporaryTree tree;
     const auto userHome = tree.folder("home/dev");
-    EnvironmentVariable homeVariable("HOME", userHome.native());
+    testing::ScopedVariable homeVariable("HOME", userHome.native());
     {
-        EnvironmentVariable caches("XDG_CACHE_HOME", "/var/cache/dev/./x/../");
+        testing::ScopedVariable caches("XDG_CACHE_HOME", "/var/cache/dev/./x/../");
         EXPECT_EQ(UserFolders::cachesFolder(), "/var/cache/dev");
         EXPECT_EQ(UserFolders::summaryFile(), "/var/cache/dev/Tallowmere/storage-summary.json");
     }
     for (const auto& value : {std::optional<std::string>(), std::optional<std::string>("rel"),
                               std::optional<std::string>("")}) {
-        EnvironmentVariable caches("XDG_CACHE_HOME", value);
+        testing::ScopedVariable caches("XDG_CACHE_HOME", value);
         EXPECT_EQ(UserFolders::summaryFile(), userHome / ".cache/Tallowmere/storage-summary.json");
     }
 }

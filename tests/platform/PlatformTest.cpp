@@ -5,27 +5,13 @@
 #include <cstdlib>
 #include <optional>
 
+#include "ScopedVariable.h"
 #include "TemporaryTree.h"
 #include "platform/PathRules.h"
 #include "platform/UserFolders.h"
 
 namespace tallowmere {
 namespace {
-
-// Sets HOME (or removes it) for one test and puts the old value back afterwards.
-class HomeVariable {
-public:
-    explicit HomeVariable(const std::optional<std::string>& value) {
-        if (const char* old = std::getenv("HOME")) {
-            m_old = old;
-        }
-        value ? ::setenv("HOME", value->c_str(), 1) : ::unsetenv("HOME");
-    }
-    ~HomeVariable() { m_old ? ::setenv("HOME", m_old->c_str(), 1) : ::unsetenv("HOME"); }
-
-private:
-    std::optional<std::string> m_old;
-};
 
 TEST(PathRules, StandardizesWithoutResolvingLinks) {
     EXPECT_EQ(PathRules::standardized("/opt/x/../y"), "/opt/y");
@@ -47,11 +33,11 @@ TEST(UserFolders, HomeComesFromTheEnvironmentWithLinksResolvedOnce) {
     tree.folder("var/home/dev");
     tree.symlink("var/home", "home");
     {
-        HomeVariable home((tree / "home/dev/").native());
+        testing::ScopedVariable home("HOME", (tree / "home/dev/").native());
         EXPECT_EQ(UserFolders::homeFolder(), tree / "var/home/dev");
     }
     {
-        HomeVariable home((tree / "missing/../var/./home/dev").native());
+        testing::ScopedVariable home("HOME", (tree / "missing/../var/./home/dev").native());
         EXPECT_EQ(UserFolders::homeFolder(), tree / "var/home/dev");
     }
     const passwd* entry = ::getpwuid(::getuid());
@@ -61,7 +47,7 @@ TEST(UserFolders, HomeComesFromTheEnvironmentWithLinksResolvedOnce) {
     std::free(const_cast<char*>(resolved));
     for (const auto& value :
          {std::optional<std::string>(), std::optional<std::string>("relative/home")}) {
-        HomeVariable home(value);
+        testing::ScopedVariable home("HOME", value);
         EXPECT_EQ(UserFolders::homeFolder(), expected);
     }
 }

@@ -2,6 +2,8 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,6 +15,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
+#include <variant>
 #include <vector>
 
 namespace tallowmere::testing {
@@ -48,6 +51,56 @@ void removeTree(int parentFd, const char* name) {
         ::closedir(folder);
     }
     ::unlinkat(parentFd, name, AT_REMOVEDIR);
+}
+
+constexpr int childNotPermitted = 5;
+
+// Writes `body`'s result (or its exception's text) to `channel` and ends the forked child.
+[[noreturn]] void reportFromChild(int channel, const std::function<std::string()>& body) {
+    std::string output;
+    try {
+        output = body();
+    } catch (const std::exception& error) {
+        output = std::string("exception: ") + error.what();
+    }
+    for (std::size_t written = 0; written < output.size();) {
+        const ssize_t count = ::write(channel, output.data() + written, output.size() - written);
+        if (count <= 0) {
+            ::_exit(4);
+        }
+        written += static_cast<std::size_t>(count);
+    }
+    ::_exit(0);
+}
+
+// Runs `body` in a forked child after `prepare`, which returns false to give up; the child's
+// exit status when it gave up, else what `body` reported.
+std::variant<int, std::string> runInChild(const std::function<bool()>& prepare,
+                                          const std::function<std::string()>& body) {
+    int channel[2];
+    check(::pipe(channel) == 0, "pipe");
+    const pid_t child = ::fork();
+    check(child >= 0, "fork");
+    if (child == 0) {
+        ::close(channel[0]);
+        if (!prepare()) {
+            ::_exit(errno == EPERM ? childNotPermitted : 3);
+        }
+        reportFromChild(channel[1], body);
+    }
+    ::close(channel[1]);
+    std::string output;
+    char buffer[4096];
+    for (ssize_t count; (count = ::read(channel[0], buffer, sizeof buffer)) > 0;) {
+        output.append(buffer, static_cast<std::size_t>(count));
+    }
+    ::close(channel[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+        return output;
+    }
+    return status;
 }
 
 }  // namespace
@@ -96,6 +149,11 @@ std::filesystem::path TemporaryTree::hardLink(const std::string& existing,
     std::filesystem::create_directories(path.parent_path());
     std::filesystem::create_hard_link(m_root / existing, path);
     return path;
+}
+
+bool presentAt(const std::filesystem::path& path) {
+    struct stat status;
+    return ::lstat(path.c_str(), &status) == 0;
 }
 
 void setModified(const std::filesystem::path& path, Date modified) {
@@ -168,6 +226,24 @@ std::optional<std::string> runUnprivileged(const std::filesystem::path& workFold
                                  std::to_string(status));
     }
     return output;
+}
+
+std::optional<std::string> runInMountNamespace(const std::function<std::string()>& body) {
+    const auto result = runInChild(
+        [] {
+            return ::unshare(CLONE_NEWNS) == 0 &&
+                   ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+        },
+        body);
+    if (const auto* output = std::get_if<std::string>(&result)) {
+        return *output;
+    }
+    const int status = std::get<int>(result);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == childNotPermitted) {
+        return std::nullopt;
+    }
+    throw std::runtime_error("the child in its own mount namespace failed with status " +
+                             std::to_string(status));
 }
 
 }  // namespace tallowmere::testing

@@ -35,6 +35,9 @@ private:
     std::filesystem::path m_root;
 };
 
+// True when something (a symbolic link included, dangling or not) lies at `path`.
+bool presentAt(const std::filesystem::path& path);
+
 // Sets a file's modification date without following a symbolic link.
 void setModified(const std::filesystem::path& path, Date modified);
 
@@ -47,5 +50,11 @@ std::int64_t allocatedBytesOf(const std::filesystem::path& path);
 // or nothing when that user could not reach `workFolder` (a folder above it is closed).
 std::optional<std::string> runUnprivileged(const std::filesystem::path& workFolder,
                                            const std::function<std::string()>& body);
+
+// Runs `body` in a forked child inside a private mount namespace, so that it can mount file
+// systems under the test's folders without touching the rest of the system; the mounts vanish
+// with the child. Returns what `body` returns, or nothing when mounting is not permitted here
+// (no root, or a container that forbids it).
+std::optional<std::string> runInMountNamespace(const std::function<std::string()>& body);
 
 }  // namespace tallowmere::testing
