@@ -25,12 +25,16 @@ std::vector<std::string> Options::all(const std::string& name) const {
 }
 
 Options parseOptions(const std::vector<std::string>& arguments,
-                     const std::vector<OptionSpec>& specs) {
+                     const std::vector<OptionSpec>& specs, std::size_t operandsAllowed) {
     Options options;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string& argument = arguments[index];
         if (!argument.starts_with("--") || argument == "--") {
-            throw UsageError("unexpected argument '" + argument + "'");
+            if (argument == "--" || options.operands.size() == operandsAllowed) {
+                throw UsageError("unexpected argument '" + argument + "'");
+            }
+            options.operands.push_back(argument);
+            continue;
         }
         const auto equals = argument.find('=');
         const std::string name =

@@ -15,15 +15,17 @@ struct OptionSpec {
 // a flag), in the order given.
 struct Options {
     std::map<std::string, std::vector<std::string>> values;
+    std::vector<std::string> operands;  // arguments that are not options, in order
 
     bool has(const std::string& name) const { return values.contains(name); }
     // All values of an option that may repeat.
     std::vector<std::string> all(const std::string& name) const;
 };
 
-// Reads `arguments` (those after the command name) against `specs`; throws UsageError for an
-// unknown option, a missing value or an operand, naming it.
+// Reads `arguments` (those after the command name) against `specs`, taking at most
+// `operandsAllowed` operands; throws UsageError for an unknown option, a missing value or an
+// operand too many, naming it.
 Options parseOptions(const std::vector<std::string>& arguments,
-                     const std::vector<OptionSpec>& specs);
+                     const std::vector<OptionSpec>& specs, std::size_t operandsAllowed = 0);
 
 }  // namespace tallowmere::cli

@@ -1,21 +1,15 @@
-#include <unistd.h>
-
 #include <charconv>
 #include <cstdint>
 #include <iostream>
 
 #include "Commands.h"
-#include "Interruptible.h"
 #include "Options.h"
 #include "ScanJson.h"
 #include "ScanReport.h"
+#include "ScanRun.h"
 #include "Usage.h"
-#include "catalog/CustomFolder.h"
-#include "catalog/ToolCatalog.h"
-#include "measurement/AIStorageScanner.h"
+#include "persistence/StorageScanCache.h"
 #include "platform/PathRules.h"
-#include "platform/UserFolders.h"
-#include "text/SizeText.h"
 
 namespace tallowmere::cli {
 
@@ -37,41 +31,6 @@ std::int64_t maxEntriesFrom(const Options& options) {
     return value;
 }
 
-std::vector<StorageLocation> locationsToMeasure(const Options& options) {
-    std::vector<StorageLocation> locations = AIStorageScanner::locations();
-    for (const auto& path : options.all("track")) {
-        if (path.empty()) {
-            throw UsageError("--track needs a folder path");
-        }
-        locations.push_back(customFolderLocation(PathRules::absoluteStandardized(path)));
-    }
-    return locations;
-}
-
-// A one-line progress display on a terminal, redrawn in place and cleared at the end.
-class ProgressLine {
-public:
-    explicit ProgressLine(bool shown) : m_shown(shown) {}
-    ~ProgressLine() {
-        if (m_shown && m_drawn) {
-            std::cerr << "\r\033[K" << std::flush;
-        }
-    }
-
-    void show(const StorageScan& soFar) {
-        if (!m_shown) {
-            return;
-        }
-        m_drawn = true;
-        std::cerr << "\r\033[KScanning… " << soFar.findings.size() << " folders measured · "
-                  << SizeText::bytes(soFar.allocatedBytes()) << std::flush;
-    }
-
-private:
-    const bool m_shown;
-    bool m_drawn = false;
-};
-
 }  // namespace
 
 int runScan(const std::vector<std::string>& arguments) {
@@ -79,33 +38,29 @@ int runScan(const std::vector<std::string>& arguments) {
                                                      {"track", true},
                                                      {"max-entries", true},
                                                      {"no-pause", false},
+                                                     {"layout", true},
+                                                     {"save-summary", true},
                                                      {"help", false}});
     if (options.has("help")) {
         std::cout << scanHelp;
         return success;
     }
     const bool json = options.has("json");
-    const std::int64_t maxEntries = maxEntriesFrom(options);
-    const auto locations = locationsToMeasure(options);
-    const auto home = UserFolders::homeFolder();
-
-    StorageScan scan;
-    {
-        ProgressLine progress(!json && ::isatty(STDERR_FILENO));
-        const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
-            ScanOptions scanOptions;
-            scanOptions.stopToken = stopToken;
-            scanOptions.pauses = !options.has("no-pause");
-            scan = AIStorageScanner::scan(
-                home, locations, maxEntries,
-                [&](const StorageScan& soFar) { progress.show(soFar); }, scanOptions);
-        });
-        if (interrupted) {
-            std::cerr << "\r\033[KScan interrupted.\n";
-            return ExitCode::interrupted;
+    const auto run = runScanFor(options, maxEntriesFrom(options), !json);
+    if (!run) {
+        return ExitCode::interrupted;
+    }
+    const auto& [home, tracked, scan] = *run;
+    std::cout << (json ? scanJson(scan, home) + "\n" : scanReport(scan, home)) << std::flush;
+    if (options.has("save-summary")) {
+        const auto file = PathRules::absoluteStandardized(options.all("save-summary").back());
+        try {
+            StorageScanCache::save(scan, file, home, tracked);
+        } catch (const std::exception& error) {
+            std::cerr << "tallowmere-cli: couldn’t save the summary: " << error.what() << '\n';
+            return failed;
         }
     }
-    std::cout << (json ? scanJson(scan, home) + "\n" : scanReport(scan, home));
     return success;
 }
 

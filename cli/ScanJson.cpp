@@ -1,36 +1,13 @@
 #include "ScanJson.h"
 
+#include "RecordJson.h"
+#include "guidance/StorageGuidance.h"
+#include "measurement/StorageTool.h"
 #include "text/JsonWriter.h"
 
 namespace tallowmere::cli {
 
 namespace {
-
-void writeLocationFields(JsonWriter& json, const StorageLocation& location) {
-    json.key("owner");
-    json.string(location.owner);
-    json.key("category");
-    json.string(location.category);
-    json.key("relativePath");
-    json.string(location.relativePath);
-    json.key("detail");
-    json.string(location.detail);
-}
-
-void writeEntryFields(JsonWriter& json, const FileEntry& entry) {
-    json.key("path");
-    json.string(entry.url.native());
-    json.key("bytes");
-    json.integer(entry.bytes);
-    json.key("modified");
-    json.date(entry.modified);
-    json.key("fileIdentity");
-    if (entry.fileIdentity) {
-        json.string(*entry.fileIdentity);
-    } else {
-        json.null();
-    }
-}
 
 void writeEntries(JsonWriter& json, const char* key, const std::vector<FileEntry>& entries) {
     json.key(key);
@@ -48,19 +25,23 @@ void writeCleanupFiles(JsonWriter& json, const char* key,
     json.key(key);
     json.beginArray();
     for (const auto& file : files) {
-        json.beginObject();
-        writeEntryFields(json, file.entry);
-        json.key("root");
-        json.string(file.root.native());
-        json.key("category");
-        json.string(file.category);
-        json.key("allocatedBytes");
-        json.integer(file.allocatedBytes);
-        json.key("includesRecent");
-        json.boolean(file.includesRecent);
-        json.endObject();
+        writeCleanupFile(json, file);
     }
     json.endArray();
+}
+
+void writeGuidance(JsonWriter& json, const StorageGuidance& guidance) {
+    json.key("guidance");
+    json.beginObject();
+    json.key("group");
+    json.string(StorageGuidanceGroup::rawValue(guidance.group));
+    json.key("advice");
+    json.string(guidance.advice);
+    json.key("consequence");
+    json.string(guidance.consequence);
+    json.key("summary");
+    json.string(guidance.summary());
+    json.endObject();
 }
 
 void writeFinding(JsonWriter& json, const StorageFinding& finding) {
@@ -82,6 +63,37 @@ void writeFinding(JsonWriter& json, const StorageFinding& finding) {
     writeEntries(json, "oldLogs", finding.oldLogs);
     writeCleanupFiles(json, "cleanupFiles", finding.cleanupFiles);
     writeCleanupFiles(json, "recentCleanupFiles", finding.recentCleanupFiles);
+    writeGuidance(json, StorageGuidance::forCategory(finding.location.category));
+    json.endObject();
+}
+
+void writeStrings(JsonWriter& json, const char* key, const std::vector<std::string>& texts) {
+    json.key(key);
+    json.beginArray();
+    for (const auto& text : texts) {
+        json.string(text);
+    }
+    json.endArray();
+}
+
+void writeTool(JsonWriter& json, const StorageTool& tool) {
+    json.beginObject();
+    json.key("owner");
+    json.string(tool.owner);
+    json.key("allocatedBytes");
+    json.integer(tool.allocatedBytes());
+    json.key("fileCount");
+    json.integer(tool.fileCount());
+    json.key("incomplete");
+    json.boolean(tool.incomplete());
+    writeStrings(json, "categories", tool.categories());
+    std::vector<std::string> visible;
+    for (const auto& finding : tool.visibleFindings()) {
+        visible.push_back(finding.url.native());
+    }
+    writeStrings(json, "visibleFindings", visible);
+    json.key("reviewBytes");
+    json.integer(tool.reviewBytes());
     json.endObject();
 }
 
@@ -106,6 +118,32 @@ std::string scanJson(const StorageScan& scan, const std::filesystem::path& home)
     json.beginArray();
     for (const auto& finding : scan.findings) {
         writeFinding(json, finding);
+    }
+    json.endArray();
+    json.key("tools");
+    json.beginArray();
+    for (const auto& tool : StorageTool::group(scan.findings)) {
+        writeTool(json, tool);
+    }
+    json.endArray();
+    json.endObject();
+    return json.text();
+}
+
+std::string locationsJson(const std::vector<StorageLocation>& locations,
+                          const std::filesystem::path& home) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("home");
+    json.string(home.native());
+    json.key("locations");
+    json.beginArray();
+    for (const auto& location : locations) {
+        json.beginObject();
+        writeLocationFields(json, location);
+        json.key("path");
+        json.string(location.url(home).native());
+        json.endObject();
     }
     json.endArray();
     json.endObject();

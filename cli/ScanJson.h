@@ -9,8 +9,14 @@
 
 namespace tallowmere::cli {
 
-// The scan as one compact JSON object (no trailing newline), keys in the documented order.
+// The scan as one compact JSON object (no trailing newline), keys in the documented order:
+// its findings with their guidance, then its tools.
 std::string scanJson(const StorageScan& scan, const std::filesystem::path& home);
+
+// The discovered locations under `home`, each with the folder it names, as one compact JSON
+// object (no trailing newline).
+std::string locationsJson(const std::vector<StorageLocation>& locations,
+                          const std::filesystem::path& home);
 
 // The catalog as one compact JSON object (no trailing newline).
 std::string catalogJson(const std::vector<StorageLocation>& locations,

@@ -1,9 +1,9 @@
 #include "ScanReport.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <vector>
 
+#include "guidance/StorageGuidance.h"
+#include "measurement/StorageTool.h"
 #include "platform/PathRules.h"
 #include "text/SizeText.h"
 #include "text/TerminalText.h"
@@ -11,29 +11,6 @@
 namespace tallowmere::cli {
 
 namespace {
-
-struct OwnerGroup {
-    std::string owner;
-    std::int64_t allocatedBytes = 0;
-    std::int64_t fileCount = 0;
-    std::vector<const StorageFinding*> findings;
-};
-
-// Owners largest first; equal sizes keep the order of their first finding.
-std::vector<OwnerGroup> groupByOwner(const StorageScan& scan) {
-    std::vector<OwnerGroup> groups;
-    for (const auto& finding : scan.findings) {
-        auto group = std::ranges::find(groups, finding.location.owner, &OwnerGroup::owner);
-        if (group == groups.end()) {
-            group = groups.insert(groups.end(), OwnerGroup{finding.location.owner, 0, 0, {}});
-        }
-        group->allocatedBytes += finding.allocatedBytes;
-        group->fileCount += finding.fileCount;
-        group->findings.push_back(&finding);
-    }
-    std::ranges::stable_sort(groups, std::ranges::greater{}, &OwnerGroup::allocatedBytes);
-    return groups;
-}
 
 std::string counted(std::int64_t count, const char* singular, const char* plural) {
     return std::to_string(count) + " " + (count == 1 ? singular : plural);
@@ -43,25 +20,50 @@ std::string padded(const std::string& text, std::size_t width) {
     return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
 }
 
-std::string findingLine(const StorageFinding& finding, const std::filesystem::path& home) {
-    std::string line = "  " + padded(SizeText::bytes(finding.allocatedBytes), 9) + "  " +
-                       displayPath(finding.url, home) + "  (" +
-                       TerminalText::escaped(finding.location.category) + ")";
+std::string findingLines(const StorageFinding& finding, const std::filesystem::path& home) {
+    std::string line = "      " + padded(SizeText::bytes(finding.allocatedBytes), 9) + "  " +
+                       displayPath(finding.url, home);
     if (finding.limited) {
         line += " · measured in part: entry limit reached";
     }
     if (finding.skippedCount > 0) {
         line += " · " + counted(finding.skippedCount, "entry", "entries") + " could not be read";
     }
-    return line + "\n";
+    const auto guidance = StorageGuidance::forCategory(finding.location.category);
+    return line + "\n" + std::string(17, ' ') + TerminalText::escaped(finding.location.category) +
+           " · " + guidance.summary() + "\n";
 }
 
-std::string totals(const StorageScan& scan, std::size_t owners) {
+// The tool's visible folders, in sections by guidance group.
+std::string toolSection(const StorageTool& tool, const std::filesystem::path& home) {
     std::string text =
-        "Total: " + SizeText::bytes(scan.allocatedBytes()) + " in " +
-        counted(static_cast<std::int64_t>(scan.findings.size()), "folder", "folders") + " of " +
-        counted(static_cast<std::int64_t>(owners), "tool", "tools") + "\n";
-    text += counted(scan.absentLocations, "location", "locations") + " not present";
+        TerminalText::escaped(tool.owner) + "  " + SizeText::bytes(tool.allocatedBytes()) + " · " +
+        counted(tool.fileCount(), "file", "files") + (tool.incomplete() ? " · partial" : "") + "\n";
+    const auto visible = tool.visibleFindings();
+    for (const auto group : StorageGuidanceGroup::allCases) {
+        std::string lines;
+        for (const auto& finding : visible) {
+            if (StorageGuidance::forCategory(finding.location.category).group == group) {
+                lines += findingLines(finding, home);
+            }
+        }
+        if (!lines.empty()) {
+            text += "  " + std::string(StorageGuidanceGroup::title(group)) + "\n" + lines;
+        }
+    }
+    if (tool.reviewBytes() > 0) {
+        text += "  " + SizeText::bytes(tool.reviewBytes()) +
+                " of cache and log files can be cleaned file by file.\n";
+    }
+    return text + "\n";
+}
+
+std::string totals(const StorageScan& scan, std::int64_t tools) {
+    std::string text =
+        "Total: " + SizeText::bytes(scan.allocatedBytes()) + " across " +
+        counted(tools, "tool", "tools") + " in " +
+        counted(static_cast<std::int64_t>(scan.findings.size()), "folder", "folders") + "\n" +
+        counted(scan.absentLocations, "location", "locations") + " not present";
     if (scan.unreadableLocations > 0) {
         text += " · " + counted(scan.unreadableLocations, "location", "locations") +
                 " could not be read";
@@ -88,18 +90,15 @@ std::string displayPath(const std::filesystem::path& path, const std::filesystem
 }
 
 std::string scanReport(const StorageScan& scan, const std::filesystem::path& home) {
-    const auto groups = groupByOwner(scan);
     std::string report = "AI storage in " + TerminalText::escaped(home.native()) + "\n\n";
-    for (const auto& group : groups) {
-        report += TerminalText::escaped(group.owner) + "  " +
-                  SizeText::bytes(group.allocatedBytes) + " · " +
-                  counted(group.fileCount, "file", "files") + "\n";
-        for (const StorageFinding* finding : group.findings) {
-            report += findingLine(*finding, home);
+    std::int64_t shown = 0;
+    for (const auto& tool : StorageTool::group(scan.findings)) {
+        if (tool.allocatedBytes() > 0) {
+            report += toolSection(tool, home);
+            ++shown;
         }
-        report += "\n";
     }
-    return report + totals(scan, groups.size());
+    return report + totals(scan, shown);
 }
 
 }  // namespace tallowmere::cli

@@ -10,7 +10,12 @@ agents, AI code editors and their extensions, local model stores. Nothing is cha
 
 Commands:
   catalog    List every storage location Tallowmere knows.
-  scan       Measure the known locations in your home folder.
+  locations  List the folders a scan would measure for you.
+  scan       Measure those folders.
+  summary    Show a saved summary of an earlier scan.
+  review     Prepare the removal of one tool's folders or cache and log files.
+  remove     Carry out a prepared review: to the Trash, or permanently.
+  restore    Put back what a removal moved to the Trash.
 
 Run 'tallowmere-cli COMMAND --help' for a command's options.
 
@@ -31,27 +36,128 @@ Options:
   --help     Show this help.
 )";
 
+const char* const locationsHelp =
+    R"(Usage: tallowmere-cli locations [--json] [--layout macos|linux]
+
+Lists the folders a scan measures for you, in scan order: the catalog placed for the
+layout and moved by XDG_DATA_HOME, XDG_CACHE_HOME, XDG_CONFIG_HOME and XDG_STATE_HOME,
+then the AI extension folders found in your editors, their profiles and editor
+servers. Folders that do not exist are listed too; a scan counts them as absent.
+
+Options:
+  --json            Print one JSON object:
+                    {"home","locations":[{"owner","category","relativePath","detail","path"}...]}
+  --layout LAYOUT   Where editors keep their data: "macos" (Library/Application Support)
+                    or "linux" (~/.config). Defaults to this system's layout.
+  --help            Show this help.
+)";
+
 const char* const scanHelp =
     R"(Usage: tallowmere-cli scan [--json] [--track PATH]... [--max-entries N] [--no-pause]
+                          [--layout macos|linux] [--save-summary FILE]
 
-Measures every catalog location in your home folder, then each tracked folder.
+Measures the folders 'tallowmere-cli locations' lists, then each tracked folder.
 Files are only measured, never opened; symbolic links are never followed.
 
 Options:
-  --json           Print one JSON object instead of the readable report:
-                   {"home","completedAt","absentLocations","unreadableLocations",
-                    "incomplete","allocatedBytes","findings":[...]}
-                   Times are seconds since 2001-01-01 00:00:00 UTC; bytes of a name
-                   that are not valid UTF-8 are written as \udcXX.
-  --track PATH     Also measure PATH (relative to the current folder) as a custom
-                   folder. Repeat for more folders.
-  --max-entries N  Walk at most N entries of each folder (default 100000); a folder
-                   with more is measured partly and reported as limited.
-  --no-pause       Do not pause 2 ms after every 256 entries (faster, busier disk).
-  --help           Show this help.
+  --json               Print one JSON object instead of the readable report:
+                       {"home","completedAt","absentLocations","unreadableLocations",
+                        "incomplete","allocatedBytes","findings":[...],"tools":[...]}
+                       Times are seconds since 2001-01-01 00:00:00 UTC; bytes of a name
+                       that are not valid UTF-8 are written as \udcXX.
+  --track PATH         Also measure PATH (relative to the current folder) as a custom
+                       folder. Repeat for more folders.
+  --max-entries N      Walk at most N entries of each folder (default 100000); a folder
+                       with more is measured partly and reported as limited.
+  --no-pause           Do not pause 2 ms after every 256 entries (faster, busier disk).
+  --layout LAYOUT      "macos" or "linux"; see 'tallowmere-cli locations --help'.
+  --save-summary FILE  Save a summary of the finished scan to FILE, for 'summary'.
+  --help               Show this help.
 
 Progress goes to standard error when it is a terminal. Ctrl-C stops the scan
 (exit code 130).
+)";
+
+const char* const summaryHelp =
+    R"(Usage: tallowmere-cli summary FILE [--track PATH]... [--json]
+
+Shows the summary saved by 'scan --save-summary FILE' when it still applies: made for
+your home folder and exactly the given tracked folders, at most 7 days ago. The sizes
+are shown without file lists. Otherwise prints "No usable summary." and exits 1.
+
+Options:
+  --track PATH   A folder the summarised scan tracked. Repeat for more folders.
+  --json         Print the summarised scan as 'scan --json' does.
+  --help         Show this help.
+)";
+
+const char* const reviewHelp =
+    R"(Usage: tallowmere-cli review --tool OWNER (--select PATH... | --all) --out FILE
+                            [--include-recent] [--track PATH]... [--layout macos|linux]
+                            [--no-pause] [--json]
+
+Scans, then prepares the removal of some of one tool's storage and writes it to FILE.
+Nothing is removed: 'tallowmere-cli remove FILE' does that, after checking that every
+folder and file is still exactly as reviewed.
+
+Folders of "Cache" and "Logs" locations are reviewed file by file (at most 500 eligible
+files per review); every other folder is removed whole. Each whole folder is
+fingerprinted now, so a folder that changes before the removal is left in place.
+
+Options:
+  --tool OWNER       The tool, named exactly as the scan names it (e.g. "Claude Code").
+  --select PATH      A folder of that tool to review, as the scan lists it. Repeatable.
+  --all              Every folder of the tool that has something to review.
+  --include-recent   Also take cache and log files younger than their age limits.
+  --out FILE         Where to write the review (replaced atomically).
+  --track PATH       A custom folder to scan too, as in 'scan'. Repeatable.
+  --layout LAYOUT    "macos" or "linux", as in 'scan'.
+  --no-pause         Do not pause 2 ms after every 256 entries while walking.
+  --json             Print the review as JSON, with "selectionSummary" and "allocatedBytes".
+  --help             Show this help.
+
+Exit codes: 0 the review was written; 1 unknown tool, nothing to review, or a folder
+that cannot be reviewed; 2 usage error; 130 interrupted.
+)";
+
+const char* const removeHelp =
+    R"(Usage: tallowmere-cli remove FILE [--permanent] [--yes] [--undo UNDOFILE]
+                            [--no-pause] [--json]
+
+Carries out the review in FILE: each whole folder is walked again and removed only if
+its fingerprint is unchanged; each file only if it is still the one scanned. Items that
+changed are left in place and reported. The saved scan summary is deleted first.
+
+By default items go to the Trash, where the desktop's Trash shows them, and the undo
+records are written to UNDOFILE (default: FILE.undo.json) for 'tallowmere-cli restore'.
+
+Options:
+  --permanent      Delete instead of moving to the Trash. There is no undo. Asks for
+                   confirmation on a terminal; refused without --yes otherwise.
+  --yes            Confirm a permanent deletion without asking.
+  --undo UNDOFILE  Where to write the undo records.
+  --no-pause       Do not pause 2 ms after every 256 entries while walking.
+  --json           Print {"moved","items","errors","notice","error"}.
+  --help           Show this help.
+
+Exit codes: 0 everything was removed; 1 some items were not (they are listed), or the
+review file cannot be used; 2 usage error.
+)";
+
+const char* const restoreHelp =
+    R"(Usage: tallowmere-cli restore UNDOFILE [--no-pause] [--json]
+
+Moves the items in UNDOFILE back from the Trash to where they were. Nothing that exists
+at an original place is ever replaced; an item whose former folder is gone, or that
+changed in the Trash, stays there. UNDOFILE is rewritten with the items that remain.
+
+Options:
+  --no-pause     Do not pause 2 ms after every 256 entries while checking folders.
+  --json         Print {"restored","remaining","errors","notice","error"}.
+  --help         Show this help.
+
+Exit codes: 0 everything was restored; 1 some items were not, or UNDOFILE cannot be
+used; 2 usage error.
 )";
 
 }  // namespace tallowmere::cli

@@ -15,6 +15,11 @@ struct UsageError : std::runtime_error {
 
 extern const char* const overviewHelp;
 extern const char* const catalogHelp;
+extern const char* const locationsHelp;
 extern const char* const scanHelp;
+extern const char* const summaryHelp;
+extern const char* const reviewHelp;
+extern const char* const removeHelp;
+extern const char* const restoreHelp;
 
 }  // namespace tallowmere::cli

@@ -1,5 +1,6 @@
 #include <exception>
 #include <iostream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -12,11 +13,13 @@ using namespace tallowmere::cli;
 namespace {
 
 int dispatch(const std::string& command, const std::vector<std::string>& arguments) {
-    if (command == "catalog") {
-        return runCatalog(arguments);
-    }
-    if (command == "scan") {
-        return runScan(arguments);
+    using Command = int (*)(const std::vector<std::string>&);
+    static const std::map<std::string, Command> commands = {
+        {"catalog", runCatalog}, {"locations", runLocations}, {"scan", runScan},
+        {"summary", runSummary}, {"review", runReview},       {"remove", runRemove},
+        {"restore", runRestore}};
+    if (const auto found = commands.find(command); found != commands.end()) {
+        return found->second(arguments);
     }
     if (command == "--help" || command == "-h" || command == "help") {
         std::cout << overviewHelp;

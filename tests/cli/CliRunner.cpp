@@ -43,8 +43,13 @@ CliRun runCli(const std::vector<std::string>& arguments, const std::filesystem::
     if (child == 0) {
         const int out = ::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         const int err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (out < 0 || err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0 ||
-            ::setenv("HOME", home.c_str(), 1) != 0 ||
+        const int in = ::open("/dev/null", O_RDONLY);
+        for (const char* variable :
+             {"XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
+            ::unsetenv(variable);
+        }
+        if (in < 0 || out < 0 || err < 0 || ::dup2(in, 0) < 0 || ::dup2(out, 1) < 0 ||
+            ::dup2(err, 2) < 0 || ::setenv("HOME", home.c_str(), 1) != 0 ||
             (!workingFolder.empty() && ::chdir(workingFolder.c_str()) != 0)) {
             ::_exit(127);
         }

@@ -12,8 +12,9 @@ struct CliRun {
     std::string err;
 };
 
-// Runs the built tallowmere-cli with `arguments`, HOME set to `home` and, if given, in the
-// folder `workingFolder`; collects its exit code and both output streams.
+// Runs the built tallowmere-cli with `arguments`, HOME set to `home`, no XDG variables, no
+// input and, if given, in the folder `workingFolder`; collects its exit code and both output
+// streams.
 CliRun runCli(const std::vector<std::string>& arguments, const std::filesystem::path& home,
               const std::filesystem::path& workingFolder = {});
 

@@ -61,7 +61,7 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     const Json scan = parsedLine(run.out);
     EXPECT_THAT(keysOf(scan),
                 ElementsAre("home", "completedAt", "absentLocations", "unreadableLocations",
-                            "incomplete", "allocatedBytes", "findings"));
+                            "incomplete", "allocatedBytes", "findings", "tools"));
     EXPECT_EQ(scan["home"], home.root().native());
     EXPECT_EQ(scan["absentLocations"], 142);
     EXPECT_EQ(scan["incomplete"], false);
@@ -71,7 +71,12 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     EXPECT_THAT(keysOf(logs),
                 ElementsAre("owner", "category", "relativePath", "detail", "path", "allocatedBytes",
                             "logicalBytes", "fileCount", "skippedCount", "limited", "largestFiles",
-                            "oldLogs", "cleanupFiles", "recentCleanupFiles"));
+                            "oldLogs", "cleanupFiles", "recentCleanupFiles", "guidance"));
+    EXPECT_EQ(logs["guidance"].dump(),
+              R"({"group":"rebuildable","advice":"Remove if not troubleshooting","consequence":)"
+              R"("Removes diagnostic records, including recent logs. Keep these while )"
+              R"(troubleshooting; quit the tool before removal.","summary":"Optional · Removes )"
+              R"(troubleshooting records"})");
     EXPECT_EQ(logs["path"], (home / ".ollama/logs").native());
     EXPECT_EQ(logs["logicalBytes"], 2000);
     const Json& entry = logs["oldLogs"][0];
@@ -97,11 +102,84 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     EXPECT_EQ((*custom)["fileCount"], 1);
 }
 
+TEST(CommandLine, ScanJsonGroupsFindingsIntoTools) {
+    TemporaryTree home;
+    home.file(".codex/sessions/a", 9000);
+    home.file(".codex/config", 100);
+    home.file(".cache/opencode/blob", 50000, 1000);
+    home.file(".claude/x", 5);
+
+    const auto run = runCli({"scan", "--json", "--no-pause"}, home.root());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const Json tools = parsedLine(run.out)["tools"];
+    std::vector<std::string> owners;
+    for (const auto& tool : tools) {
+        owners.push_back(tool["owner"]);
+    }
+    EXPECT_THAT(owners, ElementsAre("OpenCode", "Codex", "Claude Code"));
+    EXPECT_THAT(keysOf(tools[0]), ElementsAre("owner", "allocatedBytes", "fileCount", "incomplete",
+                                              "categories", "visibleFindings", "reviewBytes"));
+    EXPECT_EQ(tools[0]["reviewBytes"], tools[0]["allocatedBytes"]);
+    EXPECT_EQ(tools[1]["categories"].dump(), R"(["Agent data","Sessions"])");
+    EXPECT_EQ(tools[1]["visibleFindings"][0], (home / ".codex/sessions").native());
+    EXPECT_EQ(tools[1]["fileCount"], 2);
+}
+
+TEST(CommandLine, LocationsFollowTheLayoutAndTheEnvironment) {
+    TemporaryTree home;
+    home.folder(".config/Cursor/User/globalStorage/sourcegraph.cody-ai");
+    const auto run = runCli({"locations", "--json", "--layout", "linux"}, home.root());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const Json listing = parsedLine(run.out);
+    EXPECT_THAT(keysOf(listing), ElementsAre("home", "locations"));
+    ASSERT_EQ(listing["locations"].size(), 145u);
+    EXPECT_THAT(keysOf(listing["locations"][0]),
+                ElementsAre("owner", "category", "relativePath", "detail", "path"));
+    EXPECT_EQ(listing["locations"][38]["path"], (home / ".config/Cursor").native());
+    EXPECT_EQ(listing["locations"][144]["owner"], "Cody");
+
+    const auto mac = runCli({"locations", "--json", "--layout", "macos"}, home.root());
+    EXPECT_EQ(parsedLine(mac.out)["locations"][38]["path"],
+              (home / "Library/Application Support/Cursor").native());
+    EXPECT_EQ(runCli({"locations", "--layout", "windows"}, home.root()).exitCode, 2);
+}
+
+TEST(CommandLine, SummaryShowsASavedScanOnlyWhileItApplies) {
+    TemporaryTree home;
+    home.file(".codex/sessions/a", 9000);
+    home.folder("kept");
+    const auto file = home / "saved/summary.json";
+    const auto scan = runCli({"scan", "--json", "--no-pause", "--track", (home / "kept").native(),
+                              "--save-summary", file.native()},
+                             home.root());
+    ASSERT_EQ(scan.exitCode, 0) << scan.err;
+
+    const auto summary = runCli(
+        {"summary", file.native(), "--json", "--track", (home / "kept").native()}, home.root());
+    ASSERT_EQ(summary.exitCode, 0) << summary.err;
+    const Json saved = parsedLine(scan.out);
+    const Json loaded = parsedLine(summary.out);
+    EXPECT_EQ(loaded["allocatedBytes"], saved["allocatedBytes"]);
+    EXPECT_EQ(loaded["completedAt"], saved["completedAt"]);
+    EXPECT_EQ(loaded["findings"][0]["path"], saved["findings"][0]["path"]);
+    EXPECT_TRUE(loaded["findings"][0]["largestFiles"].empty());
+    EXPECT_EQ(loaded["tools"][0]["owner"], "Codex");
+
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"summary", file.native()}, {"summary", (home / "missing.json").native()}}) {
+        const auto refused = runCli(arguments, home.root());
+        EXPECT_EQ(refused.exitCode, 1);
+        EXPECT_EQ(refused.err, "No usable summary.\n");
+        EXPECT_EQ(refused.out, "");
+    }
+    EXPECT_EQ(runCli({"summary"}, home.root()).exitCode, 2);
+}
+
 TEST(CommandLine, NamesSurviveAsBytesInJsonAndAreEscapedInReports) {
     TemporaryTree home;
     const std::string odd = "bad\xff\nname";
     home.file(".claude/" + odd, 500);
-    home.folder("tracked\x1b[31m");
+    home.file("tracked\x1b[31m/notes", 10);
 
     const auto json = runCli({"scan", "--json", "--no-pause"}, home.root());
     ASSERT_EQ(json.exitCode, 0) << json.err;

@@ -1,0 +1,43 @@
+#include "MeasuredLocations.h"
+
+#include "Usage.h"
+#include "catalog/CustomFolder.h"
+#include "catalog/LocationDiscovery.h"
+#include "platform/PathRules.h"
+#include "platform/ProcessEnvironment.h"
+
+namespace tallowmere::cli {
+
+StorageLayout layoutFrom(const Options& options) {
+    const auto names = options.all("layout");
+    if (names.empty()) {
+        return nativeStorageLayout();
+    }
+    if (const auto layout = storageLayoutNamed(names.back())) {
+        return *layout;
+    }
+    throw UsageError("--layout must be 'macos' or 'linux', not '" + names.back() + "'");
+}
+
+std::vector<std::string> trackedPaths(const Options& options) {
+    std::vector<std::string> paths;
+    for (const auto& path : options.all("track")) {
+        if (path.empty()) {
+            throw UsageError("--track needs a folder path");
+        }
+        paths.push_back(PathRules::absoluteStandardized(path).native());
+    }
+    return paths;
+}
+
+std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
+                                               StorageLayout layout,
+                                               const std::vector<std::string>& tracked) {
+    auto locations = AIStorageScanner::discoverLocations(home, processEnvironment(), layout);
+    for (const auto& path : tracked) {
+        locations.push_back(customFolderLocation(path));
+    }
+    return locations;
+}
+
+}  // namespace tallowmere::cli

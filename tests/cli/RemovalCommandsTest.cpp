@@ -1,0 +1,149 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "CliRunner.h"
+#include "TemporaryTree.h"
+
+namespace tallowmere {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::presentAt;
+using testing::runCli;
+using testing::TemporaryTree;
+
+constexpr Date day = 86400;
+
+std::vector<std::string> keysOf(const Json& object) {
+    std::vector<std::string> keys;
+    for (const auto& item : object.items()) {
+        keys.push_back(item.key());
+    }
+    return keys;
+}
+
+// A home with Codex sessions (a whole folder) and an old Codex log (a single file).
+struct RemovalCommands : ::testing::Test {
+    TemporaryTree home;
+    std::string review = (home / "review.json").native();
+
+    void SetUp() override {
+        home.file(".codex/sessions/s1.json", 300);
+        home.file(".codex/log/old.log", 5000, currentDate() - 20 * day);
+        home.file(".codex/log/new.log", 5000);
+    }
+
+    testing::CliRun reviewAll(const std::vector<std::string>& extra = {}) {
+        std::vector<std::string> arguments = {"review", "--tool", "Codex",     "--all",
+                                              "--out",  review,   "--no-pause"};
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        return runCli(arguments, home.root());
+    }
+};
+
+TEST_F(RemovalCommands, ReviewRemoveAndRestoreRoundTrip) {
+    const auto prepared = reviewAll({"--json"});
+    ASSERT_EQ(prepared.exitCode, 0) << prepared.err;
+    const Json shown = Json::parse(prepared.out);
+    EXPECT_THAT(keysOf(shown),
+                ElementsAre("version", "id", "owner", "locations", "affectedTools", "files",
+                            "checksum", "selectionSummary", "allocatedBytes"));
+    EXPECT_EQ(shown["selectionSummary"], "1 cache/log file · 1 whole folder");
+    EXPECT_THAT(keysOf(shown["locations"][0]),
+                ElementsAre("path", "category", "detail", "allocatedBytes", "itemCount", "modified",
+                            "fileIdentity", "fingerprint"));
+    EXPECT_EQ(shown["files"][0]["path"], (home / ".codex/log/old.log").native());
+
+    const auto removed = runCli({"remove", review, "--json"}, home.root());
+    ASSERT_EQ(removed.exitCode, 0) << removed.err;
+    const Json result = Json::parse(removed.out);
+    EXPECT_THAT(keysOf(result), ElementsAre("moved", "items", "errors", "notice", "error"));
+    EXPECT_EQ(result["moved"], 2);
+    EXPECT_EQ(result["notice"], "Moved 2 items to Trash.");
+    EXPECT_TRUE(result["error"].is_null());
+    EXPECT_FALSE(presentAt(home / ".codex/sessions"));
+    EXPECT_FALSE(presentAt(home / ".codex/log/old.log"));
+    EXPECT_TRUE(presentAt(home / ".codex/log/new.log"));
+    EXPECT_TRUE(presentAt(home / ".local/share/Trash/info/sessions.trashinfo"));
+
+    const auto again = runCli({"remove", review}, home.root());
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_THAT(again.err, HasSubstr("2 items couldn’t be fully removed."));
+    EXPECT_EQ(again.out, "");
+
+    const auto restored = runCli({"restore", review + ".undo.json"}, home.root());
+    ASSERT_EQ(restored.exitCode, 0) << restored.err;
+    EXPECT_EQ(restored.out, "Restored 2 items to the original locations.\n");
+    EXPECT_TRUE(presentAt(home / ".codex/sessions/s1.json"));
+    EXPECT_TRUE(presentAt(home / ".codex/log/old.log"));
+    const auto nothingLeft = runCli({"restore", review + ".undo.json", "--json"}, home.root());
+    EXPECT_EQ(Json::parse(nothingLeft.out)["restored"], 0);
+}
+
+TEST_F(RemovalCommands, RefusesDamagedFilesAndUnconfirmedDeletion) {
+    ASSERT_EQ(reviewAll().exitCode, 0);
+    std::string text;
+    {
+        std::ifstream in(review);
+        std::getline(in, text);
+    }
+    const auto edited = home / "edited.json";
+    std::ofstream(edited) << std::string(text).replace(text.find("Codex"), 5, "Cline") << '\n';
+    const auto refused = runCli({"remove", edited.native()}, home.root());
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.err, HasSubstr("checksum does not match"));
+    std::ofstream(edited) << text.substr(0, text.size() / 2);
+    EXPECT_EQ(runCli({"remove", edited.native()}, home.root()).exitCode, 1);
+
+    const auto unconfirmed = runCli({"remove", review, "--permanent"}, home.root());
+    EXPECT_EQ(unconfirmed.exitCode, 1);
+    EXPECT_THAT(unconfirmed.err, HasSubstr("--yes"));
+    EXPECT_TRUE(presentAt(home / ".codex/sessions/s1.json"));
+
+    const auto deleted = runCli({"remove", review, "--permanent", "--yes"}, home.root());
+    ASSERT_EQ(deleted.exitCode, 0) << deleted.err;
+    EXPECT_EQ(deleted.out, "Permanently deleted 2 items. No Undo.\n");
+    EXPECT_FALSE(presentAt(home / ".codex/sessions"));
+    EXPECT_FALSE(presentAt(review + ".undo.json"));
+}
+
+TEST_F(RemovalCommands, ExplainsWhyNothingCanBeReviewed) {
+    const auto unknown =
+        runCli({"review", "--tool", "Nobody", "--all", "--out", review}, home.root());
+    EXPECT_EQ(unknown.exitCode, 1);
+    EXPECT_THAT(unknown.err, HasSubstr("Nobody"));
+
+    const auto empty = runCli(
+        {"review", "--tool", "Codex", "--select", (home / "elsewhere").native(), "--out", review},
+        home.root());
+    EXPECT_EQ(empty.exitCode, 1);
+    EXPECT_EQ(empty.err, "Nothing to review.\n");
+    EXPECT_FALSE(presentAt(review));
+
+    home.file("tracked/a", 10);
+    const auto broad = runCli({"review", "--tool", home.root().filename().native(), "--all",
+                               "--out", review, "--track", home.root().native()},
+                              home.root());
+    EXPECT_EQ(broad.exitCode, 1);
+    EXPECT_THAT(
+        broad.err,
+        HasSubstr("Couldn’t prepare these locations for removal. Nothing was moved.\n\n"
+                  "Choose a tool’s storage folder rather than a home, system or volume folder."));
+
+    for (const auto& arguments :
+         std::vector<std::vector<std::string>>{{"review", "--tool", "Codex", "--all"},
+                                               {"review", "--tool", "Codex", "--out", review},
+                                               {"remove"},
+                                               {"restore"}}) {
+        EXPECT_EQ(runCli(arguments, home.root()).exitCode, 2)
+            << ::testing::PrintToString(arguments);
+    }
+}
+
+}  // namespace
+}  // namespace tallowmere
