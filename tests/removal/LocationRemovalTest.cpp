@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "ScopedVariable.h"
 #include "TemporaryTree.h"
 #include "removal/FileCleanup.h"
@@ -70,6 +72,29 @@ TEST_F(LocationRemovalFixture, DeletesPermanentlyWithoutUndo) {
     EXPECT_THAT(result.items, IsEmpty());
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_FALSE(presentAt(tree / "home/.tool"));
+}
+
+TEST_F(LocationRemovalFixture, HandlesFoldersOfOneHundredThousandItems) {
+    // 100 folders of 999 files: 100,000 items below the top folder.
+    const auto top = tree.folder("home/.big");
+    for (int folder = 0; folder < 100; ++folder) {
+        const auto path = top / std::to_string(folder);
+        std::filesystem::create_directory(path);
+        for (int file = 0; file < 999; ++file) {
+            std::ofstream(path / std::to_string(file));
+        }
+    }
+    ScanOptions options;
+    options.pauses = false;
+    const auto snapshot = StorageLocationTrash::snapshot(top, "Cache", "", 100000, options);
+    EXPECT_EQ(snapshot.itemCount, 100000);
+    EXPECT_THROW(StorageLocationTrash::snapshot(top, "Cache", "", 99999, options), ReviewError);
+
+    const auto result =
+        StorageLocationTrash::remove({snapshot}, StorageRemovalMethod::permanent, options);
+    EXPECT_EQ(result.moved, 1);
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_FALSE(presentAt(top));
 }
 
 StorageFinding findingAt(const std::filesystem::path& url, const std::string& owner) {
