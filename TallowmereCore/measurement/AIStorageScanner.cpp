@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <thread>
 #include <unordered_set>
 
+#include "measurement/FolderJobs.h"
 #include "measurement/LocationWalk.h"
 #include "platform/LocationFolder.h"
 #include "platform/PathRules.h"
@@ -56,19 +58,32 @@ private:
     std::chrono::steady_clock::time_point m_lastReport;
 };
 
-}  // namespace
+// A location to measure, in list order, once its folder has been looked at.
+struct OpenedLocation {
+    std::size_t index = 0;
+    std::filesystem::path folder;
+    LocationFolder::State state = LocationFolder::State::unreadable;
+    EntryStatus rootStatus;
+    std::shared_ptr<FolderJob> root;  // set when the folder is open
+};
 
-StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
-                 std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress,
-                 const ScanOptions& options) {
-    ScanContext context{currentDate(), options, {}};
+std::size_t threadCount(const ScanOptions& options) {
+    const std::size_t threads =
+        options.threads == 0 ? std::max(1u, std::thread::hardware_concurrency()) : options.threads;
+    return threads == 1 ? 0 : threads;
+}
+
+// Looks at every location's folder in list order (a folder listed twice is measured once),
+// opens those that can be measured and offers them to the threads, first location on top.
+std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
+                                          const std::vector<StorageLocation>& locations,
+                                          FolderJobs& jobs, const ScanOptions& options) {
     std::vector<std::filesystem::path> folders;
     for (const auto& location : locations) {
         folders.push_back(location.url(home));
     }
     std::unordered_set<std::string> measuredFolders;
-    StorageScan result;
-    ProgressReporter progress(onProgress, context.now);
+    std::vector<OpenedLocation> opened;
     for (std::size_t index = 0; index < locations.size(); ++index) {
         if (options.stopToken.stop_requested()) {
             throw ScanCancelled();
@@ -77,15 +92,46 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
         if (!measuredFolders.insert(folder.native()).second) {
             continue;
         }
-        LocationFolder opened = LocationFolder::open(folder);
-        if (opened.state != LocationFolder::State::open) {
-            ++(opened.state == LocationFolder::State::absent ? result.absentLocations
-                                                             : result.unreadableLocations);
+        LocationFolder found = LocationFolder::open(folder);
+        OpenedLocation location{index, folder, found.state, found.status, nullptr};
+        if (found.state == LocationFolder::State::open) {
+            auto shared = std::make_shared<LocationJobs>();
+            shared->nestedFolders = foldersInside(folder.native(), folders);
+            location.root =
+                std::make_shared<FolderJob>(std::move(found.stream), folder.native(), shared);
+        }
+        opened.push_back(std::move(location));
+    }
+    for (auto location = opened.rbegin(); location != opened.rend(); ++location) {
+        if (location->root) {
+            jobs.offer(location->root);
+        }
+    }
+    return opened;
+}
+
+}  // namespace
+
+StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
+                 std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress,
+                 const ScanOptions& options) {
+    ScanContext context{currentDate(), options, {}};
+    FolderJobs jobs(threadCount(options), {options.stopToken, options.pauses});
+    const auto opened = openLocations(home, locations, jobs, options);
+    StorageScan result;
+    ProgressReporter progress(onProgress, context.now);
+    for (const auto& location : opened) {
+        if (options.stopToken.stop_requested()) {
+            throw ScanCancelled();
+        }
+        if (!location.root) {
+            ++(location.state == LocationFolder::State::absent ? result.absentLocations
+                                                               : result.unreadableLocations);
             continue;
         }
-        result.findings.push_back(measureLocation(locations[index], folder, std::move(opened),
-                                                  foldersInside(folder.native(), folders),
-                                                  maxEntriesPerLocation, context));
+        result.findings.push_back(measureLocation(locations[location.index], location.folder,
+                                                  location.rootStatus, location.root,
+                                                  maxEntriesPerLocation, context, jobs));
         progress.report(result);
     }
     std::ranges::stable_sort(result.findings, std::ranges::greater{},

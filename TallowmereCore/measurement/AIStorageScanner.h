@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
@@ -23,6 +24,9 @@ struct ScanOptions {
     std::stop_token stopToken;
     // Sleep 2 ms after every 256 entries so a long walk leaves the disk to others.
     bool pauses = true;
+    // Threads that list folders ahead of the walk: 0 for one per core, 1 for none (the
+    // calling thread lists every folder itself). The result is the same either way.
+    std::size_t threads = 0;
 };
 
 }  // namespace tallowmere
@@ -34,7 +38,8 @@ using ProgressHandler = std::function<void(const StorageScan&)>;
 // Measures `locations` under `home` (absolute, with links resolved) in order, walking at most
 // `maxEntriesPerLocation` entries of each folder. Calls `onProgress` on the calling thread at
 // most every 0.25 s with the findings so far. Problems are counted in the result; the only
-// error is ScanCancelled.
+// error is ScanCancelled. With several threads, folders are listed in parallel ahead of the
+// walk, which still meets every entry in the order one thread would.
 StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
                  std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress = {},
                  const ScanOptions& options = {});

@@ -1,12 +1,9 @@
 #include "measurement/LocationWalk.h"
 
 #include <algorithm>
-#include <chrono>
 #include <string_view>
-#include <thread>
 
 #include "measurement/BoundedList.h"
-#include "platform/DirectoryStream.h"
 #include "removal/AIStorageCleanup.h"
 #include "text/TextRules.h"
 
@@ -17,9 +14,6 @@ namespace {
 constexpr std::size_t largestFilesCapacity = 12;
 constexpr std::size_t oldLogsCapacity = 50;
 constexpr std::size_t cleanupFilesCapacity = 500;
-constexpr std::size_t chunkSize = 1024;
-constexpr std::int64_t entriesBetweenPauses = 256;
-constexpr auto pauseLength = std::chrono::milliseconds(2);
 
 const auto bytesOf = [](const FileEntry& entry) { return entry.bytes; };
 const auto allocatedOf = [](const StorageCleanupFile& file) { return file.allocatedBytes; };
@@ -33,18 +27,12 @@ std::string joined(const std::string& folder, std::string_view name) {
     return path;
 }
 
-// The folder part of a path ("/" for a path directly below the root).
-std::string_view parentOf(std::string_view path) {
-    const auto slash = path.rfind('/');
-    return slash == 0 ? std::string_view("/") : path.substr(0, slash);
-}
-
 class LocationWalk {
 public:
     LocationWalk(const StorageLocation& location, const std::filesystem::path& folder,
-                 const EntryStatus& rootStatus, const std::vector<std::string>& nestedFolders,
-                 std::int64_t maxEntries, ScanContext& context)
-        : m_nestedFolders(nestedFolders),
+                 const EntryStatus& rootStatus, std::int64_t maxEntries, ScanContext& context,
+                 FolderJobs& jobs)
+        : m_jobs(jobs),
           m_rootStatus(rootStatus),
           m_maxEntries(maxEntries),
           m_context(context),
@@ -54,59 +42,61 @@ public:
         m_finding.url = folder;
     }
 
-    StorageFinding run(DirectoryStream root) {
+    StorageFinding run(std::shared_ptr<FolderJob> root) {
         const bool rootProtected =
             m_checksFiles && AIStorageCleanup::hasProtectedFolder(m_finding.url);
-        pushFolder(std::move(root), rootProtected);
+        pushFolder(root, rootProtected);
         while (!m_stack.empty()) {
             if (!step()) {
                 m_finding.limited = true;
                 break;
             }
         }
+        root->abandonLocation();  // what was listed ahead beyond the limit is not needed
         return std::move(m_finding);
     }
 
 private:
     struct Folder {
-        DirectoryStream stream;
-        DirectoryChunk chunk;
+        std::shared_ptr<FolderJob> job;
+        ListedChunk listed;
         std::size_t next = 0;
         std::size_t pathLength = 0;
         bool protectedFolder = false;
-        std::vector<std::string> nestedNames;  // names in this folder that are other locations
     };
 
     // Takes up the next entry of the innermost open folder; false when the limit is passed.
     bool step() {
         Folder& folder = m_stack.back();
         m_path.resize(folder.pathLength);
-        if (folder.next == folder.chunk.entries.size()) {
-            const auto budget = static_cast<std::size_t>(
-                std::clamp<std::int64_t>(m_maxEntries - m_entries + 1, 1, chunkSize));
-            folder.next = 0;
-            if (!folder.stream.readChunk(folder.chunk, budget)) {
-                m_finding.skippedCount += folder.stream.readFailed() ? 1 : 0;
+        if (folder.next == folder.listed.chunk.entries.size()) {
+            auto listed = m_jobs.next(*folder.job);
+            if (!listed) {
+                // A folder that could not be opened, or whose reading failed, is one walk error.
+                const bool failed = folder.job->openFailed() || folder.job->readFailed();
+                m_finding.skippedCount += failed ? 1 : 0;
                 m_stack.pop_back();
                 return true;
             }
+            folder.listed = std::move(*listed);
+            folder.next = 0;
         }
-        return visit(folder, folder.chunk.entries[folder.next++]);
+        const std::size_t index = folder.next++;
+        return visit(folder, index);
     }
 
-    bool visit(Folder& folder, const DirectoryEntry& entry) {
+    bool visit(Folder& folder, std::size_t index) {
         if (m_context.options.stopToken.stop_requested()) {
             throw ScanCancelled();
         }
-        const std::string_view name = folder.chunk.name(entry);
-        if (std::ranges::find(folder.nestedNames, name) != folder.nestedNames.end()) {
+        const DirectoryEntry& entry = folder.listed.chunk.entries[index];
+        const std::string_view name = folder.listed.chunk.name(entry);
+        const auto& nestedNames = folder.job->nestedNames();
+        if (std::ranges::find(nestedNames, name) != nestedNames.end()) {
             return true;
         }
         if (++m_entries > m_maxEntries) {
             return false;
-        }
-        if (m_context.options.pauses && m_entries % entriesBetweenPauses == 0) {
-            std::this_thread::sleep_for(pauseLength);
         }
         if (entry.statusFailed) {
             ++m_finding.skippedCount;
@@ -114,7 +104,7 @@ private:
         }
         switch (entry.status.kind) {
             case EntryKind::directory:
-                descend(folder, entry);
+                descend(folder, name, folder.listed.children[index]);
                 break;
             case EntryKind::regularFile:
                 countOnce(folder, name, entry.status);
@@ -125,31 +115,19 @@ private:
         return true;
     }
 
-    void descend(Folder& parent, const DirectoryEntry& entry) {
-        DirectoryStream child =
-            DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
-        if (!child.valid()) {
-            ++m_finding.skippedCount;
-            return;
-        }
-        const std::string_view name = parent.chunk.name(entry);
+    void descend(const Folder& parent, std::string_view name, std::shared_ptr<FolderJob> child) {
         const bool protectedFolder =
             parent.protectedFolder ||
             (m_checksFiles && AIStorageCleanup::isProtectedFolderName(name));
         m_path = joined(m_path, name);
-        pushFolder(std::move(child), protectedFolder);  // invalidates `parent` and `entry`
+        pushFolder(std::move(child), protectedFolder);  // invalidates `parent` and `name`
     }
 
-    void pushFolder(DirectoryStream stream, bool protectedFolder) {
+    void pushFolder(std::shared_ptr<FolderJob> job, bool protectedFolder) {
         Folder folder;
-        folder.stream = std::move(stream);
+        folder.job = std::move(job);
         folder.pathLength = m_path.size();
         folder.protectedFolder = protectedFolder;
-        for (const auto& nested : m_nestedFolders) {
-            if (parentOf(nested) == m_path) {
-                folder.nestedNames.push_back(nested.substr(nested.rfind('/') + 1));
-            }
-        }
         m_stack.push_back(std::move(folder));
     }
 
@@ -220,7 +198,7 @@ private:
                 includesRecent};
     }
 
-    const std::vector<std::string>& m_nestedFolders;
+    FolderJobs& m_jobs;
     const EntryStatus m_rootStatus;
     const std::int64_t m_maxEntries;
     ScanContext& m_context;
@@ -235,10 +213,10 @@ private:
 }  // namespace
 
 StorageFinding measureLocation(const StorageLocation& location, const std::filesystem::path& folder,
-                               LocationFolder opened, const std::vector<std::string>& nestedFolders,
-                               std::int64_t maxEntries, ScanContext& context) {
-    LocationWalk walk(location, folder, opened.status, nestedFolders, maxEntries, context);
-    return walk.run(std::move(opened.stream));
+                               const EntryStatus& rootStatus, std::shared_ptr<FolderJob> root,
+                               std::int64_t maxEntries, ScanContext& context, FolderJobs& jobs) {
+    LocationWalk walk(location, folder, rootStatus, maxEntries, context, jobs);
+    return walk.run(std::move(root));
 }
 
 }  // namespace tallowmere

@@ -7,9 +7,10 @@
 #include <vector>
 
 #include "measurement/AIStorageScanner.h"
+#include "measurement/FolderJobs.h"
 #include "measurement/StorageFinding.h"
+#include "platform/EntryStatus.h"
 #include "platform/FileIdentity.h"
-#include "platform/LocationFolder.h"
 
 namespace tallowmere {
 
@@ -23,11 +24,12 @@ struct ScanContext {
     std::unordered_set<FileIdentity, FileIdentityHash> countedIdentities;
 };
 
-// Walks one opened location folder depth first, in the order the file system lists each
-// folder, and measures it. `nestedFolders` are the paths of other locations inside it, which
-// are passed over without being counted. Throws ScanCancelled when a stop is requested.
+// Walks one location's folder (`root`, listed by `jobs`) depth first, in the order the file
+// system lists each folder, exactly as one thread would, and measures it; other locations'
+// folders inside it are passed over without being counted. Throws ScanCancelled when a stop
+// is requested.
 StorageFinding measureLocation(const StorageLocation& location, const std::filesystem::path& folder,
-                               LocationFolder opened, const std::vector<std::string>& nestedFolders,
-                               std::int64_t maxEntries, ScanContext& context);
+                               const EntryStatus& rootStatus, std::shared_ptr<FolderJob> root,
+                               std::int64_t maxEntries, ScanContext& context, FolderJobs& jobs);
 
 }  // namespace tallowmere

@@ -56,7 +56,8 @@ int DirectoryStream::fd() const {
     return ::dirfd(m_directory.get());
 }
 
-bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, StatusReads statusReads) {
+bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, StatusReads statusReads,
+                                const std::stop_token& stopToken) {
     chunk.names.clear();
     chunk.entries.clear();
     while (chunk.entries.size() < limit) {
@@ -78,6 +79,9 @@ bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, Status
         chunk.entries.push_back(entry);
     }
     for (auto& entry : chunk.entries) {
+        if (stopToken.stop_requested()) {
+            break;
+        }
         const EntryKind kind = entry.status.kind;
         const bool kindNeedsStatus = kind == EntryKind::regularFile || kind == EntryKind::unknown;
         if (statusReads == StatusReads::everything ||

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,8 +61,10 @@ public:
     // Replaces `chunk` with at most `limit` further entries ("." and ".." left out). Returns
     // false when the directory holds no more; `readFailed()` then tells whether reading
     // stopped because of an error rather than at the end.
+    // When `stopToken` asks to stop, the status reads end early and the chunk is unusable.
     bool readChunk(DirectoryChunk& chunk, std::size_t limit,
-                   StatusReads statusReads = StatusReads::filesAndUnknown);
+                   StatusReads statusReads = StatusReads::filesAndUnknown,
+                   const std::stop_token& stopToken = {});
     bool readFailed() const { return m_readFailed; }
 
 private:

@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <sstream>
+
+#include "TemporaryTree.h"
+#include "measurement/AIStorageScanner.h"
+
+namespace tallowmere {
+namespace {
+
+using testing::TemporaryTree;
+
+constexpr Date day = 86400;
+
+// Everything a scan reports except when it finished.
+std::string describe(const StorageScan& scan) {
+    std::ostringstream text;
+    text << scan.absentLocations << ' ' << scan.unreadableLocations << '\n';
+    const auto entries = [&](const char* name, const std::vector<FileEntry>& list) {
+        text << name;
+        for (const auto& entry : list) {
+            text << ' ' << entry.url.native() << ':' << entry.bytes << ':' << entry.modified << ':'
+                 << entry.fileIdentity.value_or("-");
+        }
+        text << '\n';
+    };
+    const auto files = [&](const char* name, const std::vector<StorageCleanupFile>& list) {
+        text << name;
+        for (const auto& file : list) {
+            text << ' ' << file.entry.url.native() << ':' << file.allocatedBytes << ':'
+                 << file.includesRecent;
+        }
+        text << '\n';
+    };
+    for (const auto& finding : scan.findings) {
+        text << finding.url.native() << ' ' << finding.allocatedBytes << ' ' << finding.logicalBytes
+             << ' ' << finding.fileCount << ' ' << finding.skippedCount << ' ' << finding.limited
+             << '\n';
+        entries("largest", finding.largestFiles);
+        entries("old", finding.oldLogs);
+        files("cleanup", finding.cleanupFiles);
+        files("recent", finding.recentCleanupFiles);
+    }
+    return text.str();
+}
+
+// A random home: tool folders nested in each other, many files of few distinct sizes (so
+// ties abound), old and new logs, hard links within and across locations, symbolic links.
+std::vector<StorageLocation> randomHome(const TemporaryTree& tree, std::mt19937& random) {
+    const std::vector<StorageLocation> locations = {{"A", "Agent data", ".a", ""},
+                                                    {"A", "Logs", ".a/logs", ""},
+                                                    {"B", "Cache", ".cache/b", ""},
+                                                    {"C", "Cache", ".cache", ""},
+                                                    {"D", "Models", ".d/deep/models", ""},
+                                                    {"A", "Sessions", ".a/sessions", ""},
+                                                    {"E", "Logs", ".e", ""},
+                                                    {"F", "Agent data", ".missing", ""}};
+    const std::vector<std::string> folders = {".a",       ".a/logs",  ".a/sessions/x",
+                                              ".cache/b", ".cache/c", ".d/deep/models/m",
+                                              ".e",       ".a/sub/y"};
+    const std::vector<std::string> names = {"app.log", "app.log.3", "blob",
+                                            "x.json",  "state.db",  "Models"};
+    std::vector<std::string> made;
+    const int fileCount = std::uniform_int_distribution<int>(20, 400)(random);
+    for (int index = 0; index < fileCount; ++index) {
+        const auto& folder = folders[random() % folders.size()];
+        const std::string sub = random() % 3 == 0 ? "/s" + std::to_string(random() % 4) : "";
+        const std::string path =
+            folder + sub + "/" + std::to_string(index) + names[random() % names.size()];
+        tree.file(path, static_cast<std::int64_t>(random() % 4) * 1000,
+                  currentDate() - (random() % 20) * day);
+        made.push_back(path);
+        if (random() % 10 == 0) {
+            const auto& other = folders[random() % folders.size()];
+            tree.hardLink(path, other + "/link" + std::to_string(index));
+        }
+        if (random() % 15 == 0) {
+            tree.symlink("../" + path, folder + "/sym" + std::to_string(index));
+        }
+    }
+    if (random() % 3 == 0) {
+        // A folder wider than one listing chunk.
+        for (int index = 0; index < 2500; ++index) {
+            tree.file(".cache/c/wide/" + std::to_string(index),
+                      static_cast<std::int64_t>(random() % 3) * 5000);
+        }
+    }
+    return locations;
+}
+
+TEST(ParallelScan, AnswersExactlyAsOneThread) {
+    std::mt19937 random(20261123);
+    for (int round = 0; round < 8; ++round) {
+        TemporaryTree tree;
+        const auto locations = randomHome(tree, random);
+        for (const std::int64_t limit : {std::int64_t{7}, std::int64_t{60}, std::int64_t{100000}}) {
+            ScanOptions options;
+            options.pauses = false;
+            options.threads = 1;
+            const auto expected =
+                describe(AIStorageScanner::scan(tree.root(), locations, limit, {}, options));
+            for (const std::size_t threads : {2u, 3u, 8u}) {
+                options.threads = threads;
+                EXPECT_EQ(
+                    describe(AIStorageScanner::scan(tree.root(), locations, limit, {}, options)),
+                    expected)
+                    << "round " << round << ", limit " << limit << ", " << threads << " threads";
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tallowmere
