@@ -1,7 +1,9 @@
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
 
+#include <cerrno>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -24,6 +26,22 @@ namespace {
 
 constexpr std::int64_t defaultFiles = 20000;
 constexpr std::uint64_t seed = 1;
+
+struct ScanVariant {
+    const char* name;
+    bool pauses;
+    // 0 for one listing thread per core, 1 for the walk alone.
+    std::size_t threads;
+    // Front ends take progress snapshots, each a copy of the findings so far.
+    bool progress;
+};
+
+constexpr ScanVariant variants[] = {
+    {"scan/no_pauses", false, 0, false},
+    {"scan/no_pauses/one_thread", false, 1, false},
+    {"scan/pauses", true, 0, false},
+    {"scan/progress", false, 0, true},
+};
 
 std::int64_t filesFromEnvironment() {
     const char* text = std::getenv("TALLOWMERE_BENCH_FILES");
@@ -72,13 +90,17 @@ std::int64_t filesCounted(const StorageScan& scan) {
 }
 
 void scanHome(benchmark::State& state, const std::filesystem::path& home,
-              const SyntheticHomeSummary& made, bool pauses) {
-    const ScanOptions options{{}, pauses};
+              const SyntheticHomeSummary& made, const ScanVariant& variant) {
+    ScanOptions options;
+    options.pauses = variant.pauses;
+    options.threads = variant.threads;
+    const AIStorageScanner::ProgressHandler onProgress =
+        variant.progress ? [](const StorageScan&) {} : AIStorageScanner::ProgressHandler();
     std::int64_t counted = 0;
     for ([[maybe_unused]] auto iteration : state) {
         const StorageScan scan =
             AIStorageScanner::scan(home, AIStorageScanner::locations(),
-                                   std::numeric_limits<std::int64_t>::max(), {}, options);
+                                   std::numeric_limits<std::int64_t>::max(), onProgress, options);
         counted = filesCounted(scan);
     }
     // A scan that missed files would be fast for the wrong reason.
@@ -102,10 +124,10 @@ int runBenchmarks() {
     const TemporaryFolder home;
     const SyntheticHomeSummary made = makeSyntheticHome(home.path(), filesFromEnvironment(), seed);
     benchmark::AddCustomContext("synthetic_home", describe(made));
-    for (const bool pauses : {false, true}) {
-        benchmark::RegisterBenchmark(pauses ? "scan/pauses" : "scan/no_pauses",
-                                     [&home, &made, pauses](benchmark::State& state) {
-                                         scanHome(state, home.path(), made, pauses);
+    for (const ScanVariant& variant : variants) {
+        benchmark::RegisterBenchmark(variant.name,
+                                     [&home, &made, &variant](benchmark::State& state) {
+                                         scanHome(state, home.path(), made, variant);
                                      })
             ->Unit(benchmark::kMillisecond)
             ->UseRealTime();

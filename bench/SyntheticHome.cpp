@@ -19,7 +19,7 @@ namespace {
 
 constexpr int deepestFolder = 6;
 // A location with this many files keeps about half of them in one folder, as caches do.
-constexpr std::int64_t wideFolderMinimumFiles = 1500;
+constexpr std::int64_t wideFolderMinimumFiles = 500;
 constexpr std::uint64_t sixtyDaysInNanoseconds = 60ULL * 86400 * 1000000000;
 constexpr std::uint64_t nanosecondsPerSecond = 1000000000;
 
@@ -57,9 +57,9 @@ bool isWalkedFolder(const std::string& path) {
 
 // "../" once per component of `folder`, which leads from inside it back to the home.
 std::string upToHome(const std::string& folder) {
+    const auto components = std::ranges::count(folder, '/') + 1;
     std::string climb;
-    for (std::size_t components = std::ranges::count(folder, '/') + 1; components > 0;
-         --components) {
+    for (std::ptrdiff_t step = 0; step < components; ++step) {
         climb += "../";
     }
     return climb;
@@ -117,6 +117,8 @@ private:
         }
     }
 
+    // Makes each location's folder and those above it; the ones inside another location are
+    // entries of its walk, so they are counted.
     void makeLocationFolders() {
         std::set<std::string> made;
         for (const auto& plan : m_plans) {
@@ -184,6 +186,7 @@ private:
                std::string(pattern.suffix);
     }
 
+    // A moment in the 60 days before the run, so old logs and caches exist as well as new ones.
     timespec recentTime() {
         const std::uint64_t time = m_now - m_random.below(sixtyDaysInNanoseconds);
         return {static_cast<time_t>(time / nanosecondsPerSecond),

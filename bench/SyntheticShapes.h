@@ -24,6 +24,7 @@ struct SizeBand {
     std::int64_t largest;
 };
 
+// The start of a folder name; a number unique in its location follows.
 struct FolderWord {
     std::uint64_t weight;
     std::string_view word;
@@ -35,19 +36,23 @@ struct FolderFill {
     std::int64_t files;
 };
 
+// "Logs" names logs, the model and ML categories name models, all others are general.
 LocationKind kindOf(const std::string& category);
 
 // A location's share of the files, before its own random factor: model stores, caches and
 // histories are where homes grow.
 std::uint64_t categoryWeight(const std::string& category);
 
+// File names of such locations, with weights that add up to 1000.
 std::span<const NamePattern> namesFor(LocationKind kind);
 
 // Mostly 0-16 KB; model stores have a longer tail into gigabytes.
 std::span<const SizeBand> sizesFor(LocationKind kind);
 
+// Folder names alike in every location, a few with non-ASCII letters or a space.
 std::span<const FolderWord> folderWords();
 
+// From a handful of files per folder to a few dozen.
 std::span<const FolderFill> folderFills();
 
 }  // namespace tallowmere::bench

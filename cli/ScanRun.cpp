@@ -24,10 +24,9 @@ public:
         }
     }
 
+    bool shown() const { return m_shown; }
+
     void show(const StorageScan& soFar) {
-        if (!m_shown) {
-            return;
-        }
         m_drawn = true;
         std::cerr << "\r\033[KScanning… " << soFar.findings.size() << " folders measured · "
                   << SizeText::bytes(soFar.allocatedBytes()) << std::flush;
@@ -52,11 +51,14 @@ std::optional<ScanRun> runScanFor(const Options& options, std::int64_t maxEntrie
     ScanRun run{UserFolders::homeFolder(), trackedPaths(options), {}};
     const auto locations = measuredLocations(run.home, layoutFrom(options), run.tracked);
     ProgressLine progress(showProgress && ::isatty(STDERR_FILENO));
+    // Without a progress line the scanner need not copy snapshots at all.
+    AIStorageScanner::ProgressHandler onProgress;
+    if (progress.shown()) {
+        onProgress = [&](const StorageScan& soFar) { progress.show(soFar); };
+    }
     const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
-        run.scan = AIStorageScanner::scan(
-            run.home, locations, maxEntries,
-            [&](const StorageScan& soFar) { progress.show(soFar); },
-            walkOptions(options, stopToken));
+        run.scan = AIStorageScanner::scan(run.home, locations, maxEntries, onProgress,
+                                          walkOptions(options, stopToken));
     });
     if (interrupted) {
         std::cerr << "\r\033[KScan interrupted.\n";
