@@ -46,20 +46,30 @@ int runScan(const std::vector<std::string>& arguments) {
         return success;
     }
     const bool json = options.has("json");
-    const auto run = runScanFor(options, maxEntriesFrom(options), !json);
+    auto run = runScanFor(options, maxEntriesFrom(options), !json);
     if (!run) {
         return ExitCode::interrupted;
     }
-    const auto& [home, tracked, scan] = *run;
-    std::cout << (json ? scanJson(scan, home) + "\n" : scanReport(scan, home)) << std::flush;
+    auto& [home, tracked, scan] = *run;
+    // Saved before the output, which takes the scan over.
+    std::optional<std::string> saveFailure;
     if (options.has("save-summary")) {
         const auto file = PathRules::absoluteStandardized(options.all("save-summary").back());
         try {
             StorageScanCache::save(scan, file, home, tracked);
         } catch (const std::exception& error) {
-            std::cerr << "tallowmere-cli: couldn’t save the summary: " << error.what() << '\n';
-            return failed;
+            saveFailure = error.what();
         }
+    }
+    if (json) {
+        writeScanJson(std::cout, std::move(scan), home);
+    } else {
+        std::cout << scanReport(scan, home);
+    }
+    std::cout << std::flush;
+    if (saveFailure) {
+        std::cerr << "tallowmere-cli: couldn’t save the summary: " << *saveFailure << '\n';
+        return failed;
     }
     return success;
 }

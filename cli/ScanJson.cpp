@@ -88,8 +88,10 @@ void writeTool(JsonWriter& json, const StorageTool& tool) {
     json.boolean(tool.incomplete());
     writeStrings(json, "categories", tool.categories());
     std::vector<std::string> visible;
-    for (const auto& finding : tool.visibleFindings()) {
-        visible.push_back(finding.url.native());
+    for (const auto& finding : tool.findings) {
+        if (StorageTool::isVisible(finding)) {
+            visible.push_back(finding.url.native());
+        }
     }
     writeStrings(json, "visibleFindings", visible);
     json.key("reviewBytes");
@@ -99,7 +101,7 @@ void writeTool(JsonWriter& json, const StorageTool& tool) {
 
 }  // namespace
 
-std::string scanJson(const StorageScan& scan, const std::filesystem::path& home) {
+void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::path& home) {
     JsonWriter json;
     json.beginObject();
     json.key("home");
@@ -118,16 +120,18 @@ std::string scanJson(const StorageScan& scan, const std::filesystem::path& home)
     json.beginArray();
     for (const auto& finding : scan.findings) {
         writeFinding(json, finding);
+        json.flushTo(out);
     }
     json.endArray();
     json.key("tools");
     json.beginArray();
-    for (const auto& tool : StorageTool::group(scan.findings)) {
+    for (const auto& tool : StorageTool::group(std::move(scan.findings))) {
         writeTool(json, tool);
     }
     json.endArray();
     json.endObject();
-    return json.text();
+    json.flushTo(out);
+    out << '\n';
 }
 
 std::string locationsJson(const std::vector<StorageLocation>& locations,

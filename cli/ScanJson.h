@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -9,9 +10,10 @@
 
 namespace tallowmere::cli {
 
-// The scan as one compact JSON object (no trailing newline), keys in the documented order:
+// The scan as one compact JSON object, keys in the documented order:
 // its findings with their guidance, then its tools.
-std::string scanJson(const StorageScan& scan, const std::filesystem::path& home);
+// Written as it goes, so a large scan needs little memory; ends with a newline.
+void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::path& home);
 
 // The discovered locations under `home`, each with the folder it names, as one compact JSON
 // object (no trailing newline).

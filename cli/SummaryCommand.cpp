@@ -29,7 +29,11 @@ int runSummary(const std::vector<std::string>& arguments) {
         std::cerr << "No usable summary.\n";
         return failed;
     }
-    std::cout << (options.has("json") ? scanJson(*scan, home) + "\n" : scanReport(*scan, home));
+    if (options.has("json")) {
+        writeScanJson(std::cout, std::move(*scan), home);
+    } else {
+        std::cout << scanReport(*scan, home);
+    }
     return success;
 }
 

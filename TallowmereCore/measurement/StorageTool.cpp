@@ -23,13 +23,6 @@ bool holdsCleanableBytes(const StorageFinding& finding) {
                                [](const auto& file) { return file.allocatedBytes > 0; });
 }
 
-bool isVisible(const StorageFinding& finding) {
-    if (isCleanupCategory(finding.location.category)) {
-        return holdsCleanableBytes(finding);
-    }
-    return finding.allocatedBytes > 0;
-}
-
 StorageTool toolOf(const std::string& owner, std::vector<StorageFinding> findings) {
     std::ranges::stable_sort(findings, std::greater{}, &StorageFinding::allocatedBytes);
     return StorageTool{owner, std::move(findings)};
@@ -72,6 +65,13 @@ std::vector<std::string> StorageTool::categories() const {
     return labels;
 }
 
+bool StorageTool::isVisible(const StorageFinding& finding) {
+    if (isCleanupCategory(finding.location.category)) {
+        return holdsCleanableBytes(finding);
+    }
+    return finding.allocatedBytes > 0;
+}
+
 std::vector<StorageFinding> StorageTool::visibleFindings() const {
     std::vector<StorageFinding> visible;
     std::ranges::copy_if(findings, std::back_inserter(visible), isVisible);
@@ -92,15 +92,28 @@ std::vector<StorageCleanupFile> StorageTool::cleanupFiles() const {
 }
 
 std::int64_t StorageTool::reviewBytes() const {
-    const auto files = cleanupFiles();
-    return std::transform_reduce(files.begin(), files.end(), std::int64_t{0}, std::plus{},
-                                 [](const auto& file) { return file.allocatedBytes; });
+    // The sum over cleanupFiles(), from the sizes alone: which of equal sizes is cut does not
+    // change the sum, so no record needs copying.
+    std::vector<std::int64_t> sizes;
+    for (const auto& finding : findings) {
+        for (const auto& file : finding.recentCleanupFiles) {
+            sizes.push_back(file.allocatedBytes);
+        }
+    }
+    const auto kept =
+        sizes.begin() + static_cast<std::ptrdiff_t>(std::min(sizes.size(), reviewFilesCapacity));
+    std::ranges::nth_element(sizes, kept, std::greater{});
+    return std::accumulate(sizes.begin(), kept, std::int64_t{0});
 }
 
 std::vector<StorageTool> StorageTool::group(const std::vector<StorageFinding>& findings) {
+    return group(std::vector<StorageFinding>(findings));
+}
+
+std::vector<StorageTool> StorageTool::group(std::vector<StorageFinding>&& findings) {
     std::map<std::string, std::vector<StorageFinding>> parts;
-    for (const auto& finding : findings) {
-        parts[finding.location.owner].push_back(finding);
+    for (auto& finding : findings) {
+        parts[finding.location.owner].push_back(std::move(finding));
     }
     std::vector<StorageTool> tools;
     tools.reserve(parts.size());

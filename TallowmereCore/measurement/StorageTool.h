@@ -44,6 +44,11 @@ struct StorageTool {
     // One tool per owner (exact text), its findings largest first (stable); tools largest
     // first, equal totals by owner in ascending byte order, whatever the input order.
     static std::vector<StorageTool> group(const std::vector<StorageFinding>& findings);
+    // The same, taking the findings over instead of copying them.
+    static std::vector<StorageTool> group(std::vector<StorageFinding>&& findings);
+
+    // True for a finding worth showing (see visibleFindings).
+    static bool isVisible(const StorageFinding& finding);
 };
 
 }  // namespace tallowmere

@@ -72,4 +72,9 @@ void JsonWriter::beforeValue() {
     needsComma = true;
 }
 
+void JsonWriter::flushTo(std::ostream& out) {
+    out << buffer;
+    buffer.clear();
+}
+
 }  // namespace tallowmere

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,10 @@ public:
     // always with a fraction or exponent (63113904000 is written 63113904000.0); infinities and
     // NaN, which JSON cannot hold, as null.
     void date(double seconds);
+
+    // Writes what was built so far to `out` and forgets it, so long output needs little
+    // memory; later calls go on where it stopped.
+    void flushTo(std::ostream& out);
 
     // The JSON written so far.
     const std::string& text() const { return buffer; }
