@@ -186,46 +186,17 @@ std::optional<std::string> runUnprivileged(const std::filesystem::path& workFold
     }
     check(::chown(workFolder.c_str(), unprivilegedId, unprivilegedId) == 0,
           "chown " + workFolder.native());
-    int channel[2];
-    check(::pipe(channel) == 0, "pipe");
-    const pid_t child = ::fork();
-    check(child >= 0, "fork");
-    if (child == 0) {
-        ::close(channel[0]);
-        if (::setresgid(unprivilegedId, unprivilegedId, unprivilegedId) != 0 ||
-            ::setresuid(unprivilegedId, unprivilegedId, unprivilegedId) != 0) {
-            ::_exit(3);
-        }
-        std::string output;
-        try {
-            output = body();
-        } catch (const std::exception& error) {
-            output = std::string("exception: ") + error.what();
-        }
-        for (std::size_t written = 0; written < output.size();) {
-            const ssize_t count =
-                ::write(channel[1], output.data() + written, output.size() - written);
-            if (count <= 0) {
-                ::_exit(4);
-            }
-            written += static_cast<std::size_t>(count);
-        }
-        ::_exit(0);
+    const auto result = runInChild(
+        [] {
+            return ::setresgid(unprivilegedId, unprivilegedId, unprivilegedId) == 0 &&
+                   ::setresuid(unprivilegedId, unprivilegedId, unprivilegedId) == 0;
+        },
+        body);
+    if (const auto* output = std::get_if<std::string>(&result)) {
+        return *output;
     }
-    ::close(channel[1]);
-    std::string output;
-    char buffer[4096];
-    for (ssize_t count; (count = ::read(channel[0], buffer, sizeof buffer)) > 0;) {
-        output.append(buffer, static_cast<std::size_t>(count));
-    }
-    ::close(channel[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw std::runtime_error("the unprivileged child failed with status " +
-                                 std::to_string(status));
-    }
-    return output;
+    throw std::runtime_error("the unprivileged child failed with status " +
+                             std::to_string(std::get<int>(result)));
 }
 
 std::optional<std::string> runInMountNamespace(const std::function<std::string()>& body) {
