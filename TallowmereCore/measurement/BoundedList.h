@@ -20,8 +20,10 @@ bool admits(const std::vector<Element>& list, std::int64_t key, std::size_t capa
 template <typename Element, typename Key>
 void insert(std::vector<Element>& list, Element element, std::size_t capacity, Key keyOf) {
     const std::int64_t key = keyOf(element);
-    const auto position =
-        std::ranges::find_if(list, [&](const Element& existing) { return keyOf(existing) < key; });
+    // The list is sorted, so the place after the last element of equal or larger size is
+    // found by halving.
+    const auto position = std::ranges::partition_point(
+        list, [&](const Element& existing) { return keyOf(existing) >= key; });
     list.insert(position, std::move(element));
     if (list.size() > capacity) {
         list.pop_back();

@@ -174,27 +174,30 @@ private:
         if (!largest && !cleanup && !recentCleanup && !oldLog) {
             return;
         }
-        const FileEntry entry{joined(m_path, name), status.logicalBytes, modified,
-                              status.identity.text()};
-        if (largest) {
-            BoundedList::insert(m_finding.largestFiles, entry, largestFilesCapacity, bytesOf);
-        }
+        FileEntry entry{joined(m_path, name), status.logicalBytes, modified,
+                        status.identity.text()};
+        // Each list takes a copy but the last, which takes the entry itself.
+        int usesLeft = int{largest} + int{cleanup} + int{recentCleanup} + int{oldLog};
+        const auto take = [&]() -> FileEntry { return --usesLeft == 0 ? std::move(entry) : entry; };
         if (cleanup) {
-            BoundedList::insert(m_finding.cleanupFiles, cleanupFile(entry, status, false),
+            BoundedList::insert(m_finding.cleanupFiles, cleanupFile(take(), status, false),
                                 cleanupFilesCapacity, allocatedOf);
         }
         if (recentCleanup) {
-            BoundedList::insert(m_finding.recentCleanupFiles, cleanupFile(entry, status, true),
+            BoundedList::insert(m_finding.recentCleanupFiles, cleanupFile(take(), status, true),
                                 cleanupFilesCapacity, allocatedOf);
         }
+        if (largest) {
+            BoundedList::insert(m_finding.largestFiles, take(), largestFilesCapacity, bytesOf);
+        }
         if (oldLog) {
-            BoundedList::insert(m_finding.oldLogs, entry, oldLogsCapacity, bytesOf);
+            BoundedList::insert(m_finding.oldLogs, take(), oldLogsCapacity, bytesOf);
         }
     }
 
-    StorageCleanupFile cleanupFile(const FileEntry& entry, const EntryStatus& status,
+    StorageCleanupFile cleanupFile(FileEntry entry, const EntryStatus& status,
                                    bool includesRecent) const {
-        return {entry, m_finding.url, m_finding.location.category, status.allocatedBytes,
+        return {std::move(entry), m_finding.url, m_finding.location.category, status.allocatedBytes,
                 includesRecent};
     }
 
