@@ -2,8 +2,10 @@
 
 #include <iostream>
 
+#include "RecordJson.h"
 #include "platform/Deletion.h"
 #include "platform/UserFolders.h"
+#include "text/JsonWriter.h"
 
 namespace tallowmere::cli {
 
@@ -14,15 +16,7 @@ void forgetSummary() {
     }
 }
 
-void printOutcome(const std::optional<std::string>& notice,
-                  const std::optional<std::string>& error) {
-    if (notice) {
-        std::cout << *notice << '\n';
-    }
-    if (error) {
-        std::cerr << *error << '\n';
-    }
-}
+namespace {
 
 void writeOptionalText(JsonWriter& json, const char* key, const std::optional<std::string>& text) {
     json.key(key);
@@ -33,13 +27,38 @@ void writeOptionalText(JsonWriter& json, const char* key, const std::optional<st
     }
 }
 
-void writeTexts(JsonWriter& json, const char* key, const std::vector<std::string>& texts) {
-    json.key(key);
-    json.beginArray();
-    for (const auto& text : texts) {
-        json.string(text);
+}  // namespace
+
+void reportOutcome(const Outcome& outcome, bool json) {
+    if (!json) {
+        if (outcome.notice) {
+            std::cout << *outcome.notice << '\n';
+        }
+        if (outcome.error) {
+            std::cerr << *outcome.error << '\n';
+        }
+        return;
     }
-    json.endArray();
+    JsonWriter writer;
+    writer.beginObject();
+    writer.key(outcome.countKey);
+    writer.integer(outcome.count);
+    writer.key(outcome.itemsKey);
+    writer.beginArray();
+    for (const auto& item : outcome.items) {
+        writeTrashedItem(writer, item);
+    }
+    writer.endArray();
+    writer.key("errors");
+    writer.beginArray();
+    for (const auto& text : outcome.errors) {
+        writer.string(text);
+    }
+    writer.endArray();
+    writeOptionalText(writer, "notice", outcome.notice);
+    writeOptionalText(writer, "error", outcome.error);
+    writer.endObject();
+    std::cout << writer.text() << '\n';
 }
 
 }  // namespace tallowmere::cli

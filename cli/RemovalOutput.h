@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "text/JsonWriter.h"
+#include "removal/StorageCleanupResult.h"
 
 namespace tallowmere::cli {
 
@@ -12,13 +13,19 @@ namespace tallowmere::cli {
 // shows sizes from before the change; a failure is of no consequence.
 void forgetSummary();
 
-// The notice on standard output and the error text on standard error, each if present.
-void printOutcome(const std::optional<std::string>& notice,
-                  const std::optional<std::string>& error);
+// What a removal or an undo did, as the commands report it.
+struct Outcome {
+    const char* countKey;  // "moved" or "restored"
+    std::int64_t count;
+    const char* itemsKey;  // "items" or "remaining"
+    const std::vector<TrashedStorageFile>& items;
+    const std::vector<std::string>& errors;
+    std::optional<std::string> notice;
+    std::optional<std::string> error;
+};
 
-// `key` with the text, or null.
-void writeOptionalText(JsonWriter& json, const char* key, const std::optional<std::string>& text);
-// `key` with an array of the texts.
-void writeTexts(JsonWriter& json, const char* key, const std::vector<std::string>& texts);
+// With `json`, {countKey, itemsKey:[…], "errors", "notice", "error"} on standard output;
+// otherwise the notice on standard output and the error text on standard error.
+void reportOutcome(const Outcome& outcome, bool json);
 
 }  // namespace tallowmere::cli

@@ -28,25 +28,6 @@ bool confirmedOnTerminal(const LocationRemovalReview& review) {
     return std::getline(std::cin, answer) && (answer == "yes" || answer == "y");
 }
 
-std::string resultJson(const StorageCleanupResult& result, const std::optional<std::string>& notice,
-                       const std::optional<std::string>& error) {
-    JsonWriter json;
-    json.beginObject();
-    json.key("moved");
-    json.integer(result.moved);
-    json.key("items");
-    json.beginArray();
-    for (const auto& item : result.items) {
-        writeTrashedItem(json, item);
-    }
-    json.endArray();
-    writeTexts(json, "errors", result.errors);
-    writeOptionalText(json, "notice", notice);
-    writeOptionalText(json, "error", error);
-    json.endObject();
-    return json.text();
-}
-
 }  // namespace
 
 int runRemove(const std::vector<std::string>& arguments) {
@@ -91,13 +72,10 @@ int runRemove(const std::vector<std::string>& arguments) {
     if (method == StorageRemovalMethod::trash && result.moved > 0) {
         AtomicFile::write(undoFile, encodeUndoItems(result.items) + "\n");
     }
-    const auto notice = RemovalMessages::removalNotice(result, method);
-    const auto error = RemovalMessages::removalError(result, method);
-    if (options.has("json")) {
-        std::cout << resultJson(result, notice, error) << '\n';
-    } else {
-        printOutcome(notice, error);
-    }
+    reportOutcome({"moved", result.moved, "items", result.items, result.errors,
+                   RemovalMessages::removalNotice(result, method),
+                   RemovalMessages::removalError(result, method)},
+                  options.has("json"));
     return result.errors.empty() ? success : failed;
 }
 

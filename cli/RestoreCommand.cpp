@@ -15,29 +15,6 @@
 
 namespace tallowmere::cli {
 
-namespace {
-
-std::string resultJson(const StorageRestoreResult& result, const std::optional<std::string>& notice,
-                       const std::optional<std::string>& error) {
-    JsonWriter json;
-    json.beginObject();
-    json.key("restored");
-    json.integer(result.restored);
-    json.key("remaining");
-    json.beginArray();
-    for (const auto& item : result.remaining) {
-        writeTrashedItem(json, item);
-    }
-    json.endArray();
-    writeTexts(json, "errors", result.errors);
-    writeOptionalText(json, "notice", notice);
-    writeOptionalText(json, "error", error);
-    json.endObject();
-    return json.text();
-}
-
-}  // namespace
-
 int runRestore(const std::vector<std::string>& arguments) {
     const Options options =
         parseOptions(arguments, {{"json", false}, {"no-pause", false}, {"help", false}}, 1);
@@ -56,13 +33,9 @@ int runRestore(const std::vector<std::string>& arguments) {
         result = AIStorageCleanup::restore(items, walkOptions(options, stopToken));
     });
     AtomicFile::write(file, encodeUndoItems(result.remaining) + "\n");
-    const auto notice = RemovalMessages::restoreNotice(result);
-    const auto error = RemovalMessages::restoreError(result);
-    if (options.has("json")) {
-        std::cout << resultJson(result, notice, error) << '\n';
-    } else {
-        printOutcome(notice, error);
-    }
+    reportOutcome({"restored", result.restored, "remaining", result.remaining, result.errors,
+                   RemovalMessages::restoreNotice(result), RemovalMessages::restoreError(result)},
+                  options.has("json"));
     return result.errors.empty() ? success : failed;
 }
 
