@@ -1,7 +1,5 @@
 #pragma once
 
-#include <dirent.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -11,6 +9,7 @@
 #include <vector>
 
 #include "platform/EntryStatus.h"
+#include "platform/FileDescriptor.h"
 
 namespace tallowmere {
 
@@ -55,8 +54,8 @@ public:
         everything,       // every entry, folders and links included
     };
 
-    bool valid() const { return m_directory != nullptr; }
-    int fd() const;
+    bool valid() const { return m_fd.valid(); }
+    int fd() const { return m_fd.get(); }
 
     // Replaces `chunk` with at most `limit` further entries ("." and ".." left out). Returns
     // false when the directory holds no more; `readFailed()` then tells whether reading
@@ -68,11 +67,16 @@ public:
     bool readFailed() const { return m_readFailed; }
 
 private:
-    struct Closer {
-        void operator()(DIR* directory) const { ::closedir(directory); }
-    };
+    // Takes the next entry from the buffer, refilling it from the kernel; false at the end.
+    bool nextRecord(const char*& name, unsigned char& type);
 
-    std::unique_ptr<DIR, Closer> m_directory;
+    FileDescriptor m_fd;
+    // Raw records from getdents64; allocated on the first read and freed at the end, since a
+    // finished folder may stay open a while for its sub-folders' sake.
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_filled = 0;
+    std::size_t m_position = 0;
+    bool m_ended = false;
     bool m_readFailed = false;
 };
 
