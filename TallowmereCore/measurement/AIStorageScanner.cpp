@@ -6,8 +6,11 @@
 #include <thread>
 #include <unordered_set>
 
-#include "measurement/FolderJobs.h"
+#include "measurement/LocationScope.h"
+#include "measurement/LocationTally.h"
 #include "measurement/LocationWalk.h"
+#include "measurement/ParallelWalk.h"
+#include "measurement/WalkSettings.h"
 #include "platform/LocationFolder.h"
 #include "platform/PathRules.h"
 #include "removal/AIStorageCleanup.h"
@@ -60,24 +63,22 @@ private:
 
 // A location to measure, in list order, once its folder has been looked at.
 struct OpenedLocation {
-    std::size_t index = 0;
     std::filesystem::path folder;
     LocationFolder::State state = LocationFolder::State::unreadable;
-    EntryStatus rootStatus;
-    std::shared_ptr<FolderJob> root;  // set when the folder is open
+    std::unique_ptr<LocationScope> scope;  // set when the folder is open, as is `stream`
+    DirectoryStream stream;
 };
 
 std::size_t threadCount(const ScanOptions& options) {
-    const std::size_t threads =
-        options.threads == 0 ? std::max(1u, std::thread::hardware_concurrency()) : options.threads;
-    return threads == 1 ? 0 : threads;
+    return options.threads == 0 ? std::max(1u, std::thread::hardware_concurrency())
+                                : options.threads;
 }
 
-// Looks at every location's folder in list order (a folder listed twice is measured once),
-// opens those that can be measured and offers them to the threads, first location on top.
+// Looks at every location's folder in list order (a folder listed twice is measured once) and
+// opens those that can be measured.
 std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
-                                          const std::vector<StorageLocation>& locations,
-                                          FolderJobs& jobs, const ScanOptions& options) {
+                                          const std::vector<StorageLocation>& locations, Date now,
+                                          const ScanOptions& options) {
     std::vector<std::filesystem::path> folders;
     for (const auto& location : locations) {
         folders.push_back(location.url(home));
@@ -93,19 +94,14 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
             continue;
         }
         LocationFolder found = LocationFolder::open(folder);
-        OpenedLocation location{index, folder, found.state, found.status, nullptr};
+        OpenedLocation location{folder, found.state, nullptr, {}};
         if (found.state == LocationFolder::State::open) {
-            auto shared = std::make_shared<LocationJobs>();
-            shared->nestedFolders = foldersInside(folder.native(), folders);
-            location.root =
-                std::make_shared<FolderJob>(std::move(found.stream), folder.native(), shared);
+            location.scope = std::make_unique<LocationScope>(
+                LocationScope{locations[index], folder, found.status,
+                              foldersInside(folder.native(), folders), now});
+            location.stream = std::move(found.stream);
         }
         opened.push_back(std::move(location));
-    }
-    for (auto location = opened.rbegin(); location != opened.rend(); ++location) {
-        if (location->root) {
-            jobs.offer(location->root);
-        }
     }
     return opened;
 }
@@ -115,24 +111,50 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
 StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
                  std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress,
                  const ScanOptions& options) {
-    ScanContext context{currentDate(), options, {}};
-    FolderJobs jobs(threadCount(options), {options.stopToken, options.pauses});
-    const auto opened = openLocations(home, locations, jobs, options);
+    const Date now = currentDate();
+    const WalkSettings settings{options.stopToken, options.pauses, maxEntriesPerLocation};
+    auto opened = openLocations(home, locations, now, options);
     StorageScan result;
-    ProgressReporter progress(onProgress, context.now);
-    for (const auto& location : opened) {
-        if (options.stopToken.stop_requested()) {
-            throw ScanCancelled();
-        }
-        if (!location.root) {
+    std::vector<OpenedLocation*> measured;
+    for (auto& location : opened) {
+        if (location.scope) {
+            measured.push_back(&location);
+        } else {
             ++(location.state == LocationFolder::State::absent ? result.absentLocations
                                                                : result.unreadableLocations);
-            continue;
         }
-        result.findings.push_back(measureLocation(locations[location.index], location.folder,
-                                                  location.rootStatus, location.root,
-                                                  maxEntriesPerLocation, context, jobs));
+    }
+    ProgressReporter progress(onProgress, now);
+    CountedIdentities counted;
+    const auto add = [&](StorageFinding finding) {
+        result.findings.push_back(std::move(finding));
         progress.report(result);
+    };
+    const std::size_t threads = threadCount(options);
+    if (threads == 1) {
+        for (OpenedLocation* location : measured) {
+            settings.throwIfStopped();
+            add(walkLocation(*location->scope, std::move(location->stream), counted, settings));
+        }
+    } else {
+        std::vector<WalkRoot> roots;
+        for (OpenedLocation* location : measured) {
+            // A second reading of the folder, so the first stays unread for a walk in order.
+            roots.push_back(
+                {location->scope.get(), DirectoryStream::openChild(location->stream.fd(), ".")});
+        }
+        walkInParallel(std::move(roots), threads, settings,
+                       [&](std::size_t root, LocationTally&& tally, bool overLimit) {
+                           OpenedLocation& location = *measured[root];
+                           if (overLimit) {
+                               // Only a walk in order knows which entries come first.
+                               add(walkLocation(*location.scope, std::move(location.stream),
+                                                counted, settings));
+                               return;
+                           }
+                           tally.countLinkedFiles(counted);
+                           add(std::move(tally).finding(false));
+                       });
     }
     std::ranges::stable_sort(result.findings, std::ranges::greater{},
                              [](const StorageFinding& finding) { return finding.allocatedBytes; });

@@ -24,8 +24,8 @@ struct ScanOptions {
     std::stop_token stopToken;
     // Sleep 2 ms after every 256 entries so a long walk leaves the disk to others.
     bool pauses = true;
-    // Threads that list folders ahead of the walk: 0 for one per core, 1 for none (the
-    // calling thread lists every folder itself). The result is the same either way.
+    // Threads that walk, the calling thread among them: 0 for one per core, 1 for the calling
+    // thread alone. The result is the same either way.
     std::size_t threads = 0;
 };
 
@@ -38,8 +38,8 @@ using ProgressHandler = std::function<void(const StorageScan&)>;
 // Measures `locations` under `home` (absolute, with links resolved) in order, walking at most
 // `maxEntriesPerLocation` entries of each folder. Calls `onProgress` on the calling thread at
 // most every 0.25 s with the findings so far. Problems are counted in the result; the only
-// error is ScanCancelled. With several threads, folders are listed in parallel ahead of the
-// walk, which still meets every entry in the order one thread would.
+// error is ScanCancelled. With several threads, any thread walks any folder, but the result is
+// the one a single thread walking every folder in order gives.
 StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLocation>& locations,
                  std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress = {},
                  const ScanOptions& options = {});

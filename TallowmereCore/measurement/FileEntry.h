@@ -6,19 +6,20 @@
 #include <string>
 
 #include "measurement/Date.h"
+#include "platform/FilePath.h"
 
 namespace tallowmere {
 
 // One regular file as a scan saw it.
 struct FileEntry {
-    std::filesystem::path url;
+    FilePath url;
     std::int64_t bytes = 0;
     Date modified = distantFuture;
     // Equal for two paths exactly when they name the same file on the same volume.
     std::optional<std::string> fileIdentity;
 
     std::string id() const { return url.native(); }
-    std::filesystem::path name() const { return url.filename(); }
+    std::filesystem::path name() const { return std::filesystem::path(url).filename(); }
 
     bool operator==(const FileEntry&) const = default;
 };

@@ -1,225 +1,131 @@
 #include "measurement/LocationWalk.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <string_view>
-
-#include "measurement/BoundedList.h"
-#include "removal/AIStorageCleanup.h"
-#include "text/TextRules.h"
+#include <vector>
 
 namespace tallowmere {
 
 namespace {
 
-constexpr std::size_t largestFilesCapacity = 12;
-constexpr std::size_t oldLogsCapacity = 50;
-constexpr std::size_t cleanupFilesCapacity = 500;
-
-const auto bytesOf = [](const FileEntry& entry) { return entry.bytes; };
-const auto allocatedOf = [](const StorageCleanupFile& file) { return file.allocatedBytes; };
-
-std::string joined(const std::string& folder, std::string_view name) {
-    std::string path = folder;
-    if (!path.ends_with('/')) {
-        path += '/';
-    }
-    path += name;
-    return path;
-}
+constexpr std::size_t entriesPerRead = 1024;
 
 class LocationWalk {
 public:
-    LocationWalk(const StorageLocation& location, const std::filesystem::path& folder,
-                 const EntryStatus& rootStatus, std::int64_t maxEntries, ScanContext& context,
-                 FolderJobs& jobs)
-        : m_jobs(jobs),
-          m_rootStatus(rootStatus),
-          m_maxEntries(maxEntries),
-          m_context(context),
-          m_checksFiles(location.category == "Cache" || location.category == "Logs"),
-          m_path(folder.native()) {
-        m_finding.location = location;
-        m_finding.url = folder;
-    }
+    LocationWalk(const LocationScope& scope, CountedIdentities& counted,
+                 const WalkSettings& settings)
+        : m_scope(scope),
+          m_counted(counted),
+          m_settings(settings),
+          m_tally(scope),
+          m_pace(settings.pauses) {}
 
-    StorageFinding run(std::shared_ptr<FolderJob> root) {
-        const bool rootProtected =
-            m_checksFiles && AIStorageCleanup::hasProtectedFolder(m_finding.url);
-        pushFolder(root, rootProtected);
+    StorageFinding run(DirectoryStream root) {
+        push(std::make_shared<const WalkFolder>(m_scope.rootFolder()), std::move(root));
         while (!m_stack.empty()) {
             if (!step()) {
-                m_finding.limited = true;
-                break;
+                return std::move(m_tally).finding(true);
             }
         }
-        root->abandonLocation();  // what was listed ahead beyond the limit is not needed
-        return std::move(m_finding);
+        return std::move(m_tally).finding(false);
     }
 
 private:
-    struct Folder {
-        std::shared_ptr<FolderJob> job;
-        ListedChunk listed;
+    struct Level {
+        std::shared_ptr<const WalkFolder> folder;
+        DirectoryStream stream;
+        DirectoryChunk chunk;
         std::size_t next = 0;
-        std::size_t pathLength = 0;
-        bool protectedFolder = false;
+        std::uint32_t chunkIndex = 0;  // the listing index of the chunk's first entry
     };
 
     // Takes up the next entry of the innermost open folder; false when the limit is passed.
     bool step() {
-        Folder& folder = m_stack.back();
-        m_path.resize(folder.pathLength);
-        if (folder.next == folder.listed.chunk.entries.size()) {
-            auto listed = m_jobs.next(*folder.job);
-            if (!listed) {
-                // A folder that could not be opened, or whose reading failed, is one walk error.
-                const bool failed = folder.job->openFailed() || folder.job->readFailed();
-                m_finding.skippedCount += failed ? 1 : 0;
+        Level& level = m_stack.back();
+        if (level.next == level.chunk.entries.size()) {
+            level.chunkIndex += static_cast<std::uint32_t>(level.chunk.entries.size());
+            level.next = 0;
+            if (!level.stream.readChunk(level.chunk, entriesPerRead,
+                                        DirectoryStream::StatusReads::none)) {
+                if (level.stream.readFailed()) {
+                    m_tally.countSkipped();
+                }
                 m_stack.pop_back();
                 return true;
             }
-            folder.listed = std::move(*listed);
-            folder.next = 0;
         }
-        const std::size_t index = folder.next++;
-        return visit(folder, index);
+        const std::size_t position = level.next++;
+        return visit(level, position);
     }
 
-    bool visit(Folder& folder, std::size_t index) {
-        if (m_context.options.stopToken.stop_requested()) {
-            throw ScanCancelled();
-        }
-        const DirectoryEntry& entry = folder.listed.chunk.entries[index];
-        const std::string_view name = folder.listed.chunk.name(entry);
-        const auto& nestedNames = folder.job->nestedNames();
-        if (std::ranges::find(nestedNames, name) != nestedNames.end()) {
+    bool visit(Level& level, std::size_t position) {
+        m_settings.throwIfStopped();
+        DirectoryEntry& entry = level.chunk.entries[position];
+        const std::string_view name = level.chunk.name(entry);
+        if (level.folder->isNested(name)) {
             return true;
         }
-        if (++m_entries > m_maxEntries) {
+        if (++m_entries > m_settings.maxEntries) {
             return false;
         }
+        m_pace.entryWalked();
+        level.stream.completeStatus(level.chunk, entry);
         if (entry.statusFailed) {
-            ++m_finding.skippedCount;
+            m_tally.countSkipped();
             return true;
         }
-        switch (entry.status.kind) {
-            case EntryKind::directory:
-                descend(folder, name, folder.listed.children[index]);
-                break;
-            case EntryKind::regularFile:
-                countOnce(folder, name, entry.status);
-                break;
-            default:
-                break;
+        const auto index = static_cast<std::uint32_t>(level.chunkIndex + position);
+        if (entry.status.kind == EntryKind::directory) {
+            descend(level, entry, index);
+        } else if (entry.status.kind == EntryKind::regularFile) {
+            countOnce(*level.folder, index, name, entry.status);
         }
         return true;
     }
 
-    void descend(const Folder& parent, std::string_view name, std::shared_ptr<FolderJob> child) {
-        const bool protectedFolder =
-            parent.protectedFolder ||
-            (m_checksFiles && AIStorageCleanup::isProtectedFolderName(name));
-        m_path = joined(m_path, name);
-        pushFolder(std::move(child), protectedFolder);  // invalidates `parent` and `name`
-    }
-
-    void pushFolder(std::shared_ptr<FolderJob> job, bool protectedFolder) {
-        Folder folder;
-        folder.job = std::move(job);
-        folder.pathLength = m_path.size();
-        folder.protectedFolder = protectedFolder;
-        m_stack.push_back(std::move(folder));
-    }
-
-    void countOnce(const Folder& folder, std::string_view name, const EntryStatus& status) {
-        const bool mayRecur = status.linkCount > 1 || status.mountId != m_rootStatus.mountId ||
-                              status.identity.device != m_rootStatus.identity.device;
-        if (mayRecur && !m_context.countedIdentities.insert(status.identity).second) {
+    void descend(const Level& parent, const DirectoryEntry& entry, std::uint32_t index) {
+        DirectoryStream child =
+            DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
+        if (!child.valid()) {
+            m_tally.countSkipped();
             return;
         }
-        count(folder, name, status);
+        auto folder = std::make_shared<const WalkFolder>(
+            childFolder(*parent.folder, parent.chunk.name(entry), index, m_scope.checksFiles(),
+                        m_scope.nestedFolders));
+        push(std::move(folder), std::move(child));  // invalidates `parent` and `entry`
     }
 
-    void count(const Folder& folder, std::string_view name, const EntryStatus& status) {
-        m_finding.logicalBytes += status.logicalBytes;
-        m_finding.allocatedBytes += status.allocatedBytes;
-        ++m_finding.fileCount;
-        const Date modified = status.hasModified ? dateFromFileTime(status.modifiedSeconds,
-                                                                    status.modifiedNanoseconds)
-                                                 : distantFuture;
-        const bool largest = BoundedList::admits(m_finding.largestFiles, status.logicalBytes,
-                                                 largestFilesCapacity, bytesOf);
-        bool cleanup = false;
-        bool recentCleanup = false;
-        bool oldLog = false;
-        if (m_checksFiles) {
-            TextRules::asciiLowercase(name, m_lowerName);
-            const auto& category = m_finding.location.category;
-            const Date now = m_context.now;
-            if (status.logicalBytes >= 1) {
-                cleanup = AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder,
-                                                             modified, category, now, false) &&
-                          BoundedList::admits(m_finding.cleanupFiles, status.allocatedBytes,
-                                              cleanupFilesCapacity, allocatedOf);
-                recentCleanup =
-                    AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder,
-                                                       modified, category, now, true) &&
-                    BoundedList::admits(m_finding.recentCleanupFiles, status.allocatedBytes,
-                                        cleanupFilesCapacity, allocatedOf);
-            }
-            oldLog = AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false) &&
-                     BoundedList::admits(m_finding.oldLogs, status.logicalBytes, oldLogsCapacity,
-                                         bytesOf);
-        }
-        if (!largest && !cleanup && !recentCleanup && !oldLog) {
+    void push(std::shared_ptr<const WalkFolder> folder, DirectoryStream stream) {
+        Level level;
+        level.folder = std::move(folder);
+        level.stream = std::move(stream);
+        m_stack.push_back(std::move(level));
+    }
+
+    void countOnce(const WalkFolder& folder, std::uint32_t index, std::string_view name,
+                   const EntryStatus& status) {
+        if (m_scope.mayRecur(status) && !m_counted.insert(status.identity).second) {
             return;
         }
-        FileEntry entry{joined(m_path, name), status.logicalBytes, modified,
-                        status.identity.text()};
-        // Each list takes a copy but the last, which takes the entry itself.
-        int usesLeft = int{largest} + int{cleanup} + int{recentCleanup} + int{oldLog};
-        const auto take = [&]() -> FileEntry { return --usesLeft == 0 ? std::move(entry) : entry; };
-        if (cleanup) {
-            BoundedList::insert(m_finding.cleanupFiles, cleanupFile(take(), status, false),
-                                cleanupFilesCapacity, allocatedOf);
-        }
-        if (recentCleanup) {
-            BoundedList::insert(m_finding.recentCleanupFiles, cleanupFile(take(), status, true),
-                                cleanupFilesCapacity, allocatedOf);
-        }
-        if (largest) {
-            BoundedList::insert(m_finding.largestFiles, take(), largestFilesCapacity, bytesOf);
-        }
-        if (oldLog) {
-            BoundedList::insert(m_finding.oldLogs, take(), oldLogsCapacity, bytesOf);
-        }
+        m_tally.countFile(folder, index, name, status);
     }
 
-    StorageCleanupFile cleanupFile(FileEntry entry, const EntryStatus& status,
-                                   bool includesRecent) const {
-        return {std::move(entry), m_finding.url, m_finding.location.category, status.allocatedBytes,
-                includesRecent};
-    }
-
-    FolderJobs& m_jobs;
-    const EntryStatus m_rootStatus;
-    const std::int64_t m_maxEntries;
-    ScanContext& m_context;
-    const bool m_checksFiles;
-    StorageFinding m_finding;
+    const LocationScope& m_scope;
+    CountedIdentities& m_counted;
+    const WalkSettings& m_settings;
+    LocationTally m_tally;
+    WalkPace m_pace;
     std::int64_t m_entries = 0;
-    std::string m_path;       // the innermost open folder's path while its entries are visited
-    std::string m_lowerName;  // reused so lower-casing a name allocates nothing per file
-    std::vector<Folder> m_stack;
+    std::vector<Level> m_stack;
 };
 
 }  // namespace
 
-StorageFinding measureLocation(const StorageLocation& location, const std::filesystem::path& folder,
-                               const EntryStatus& rootStatus, std::shared_ptr<FolderJob> root,
-                               std::int64_t maxEntries, ScanContext& context, FolderJobs& jobs) {
-    LocationWalk walk(location, folder, rootStatus, maxEntries, context, jobs);
-    return walk.run(std::move(root));
+StorageFinding walkLocation(const LocationScope& scope, DirectoryStream folder,
+                            CountedIdentities& counted, const WalkSettings& settings) {
+    LocationWalk walk(scope, counted, settings);
+    return walk.run(std::move(folder));
 }
 
 }  // namespace tallowmere

@@ -1,35 +1,21 @@
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
-#include <string>
-#include <unordered_set>
-#include <vector>
+#include <memory>
 
-#include "measurement/AIStorageScanner.h"
-#include "measurement/FolderJobs.h"
+#include "measurement/LocationScope.h"
+#include "measurement/LocationTally.h"
 #include "measurement/StorageFinding.h"
-#include "platform/EntryStatus.h"
-#include "platform/FileIdentity.h"
+#include "measurement/WalkSettings.h"
+#include "platform/DirectoryStream.h"
 
 namespace tallowmere {
 
-// Working state that one scan shares between its locations.
-struct ScanContext {
-    Date now = 0;
-    ScanOptions options;
-    // Identities of counted files that could be met again: files with several links, and
-    // files reached through another mount than their location's (a bind mount can show a
-    // one-link file twice).
-    std::unordered_set<FileIdentity, FileIdentityHash> countedIdentities;
-};
-
-// Walks one location's folder (`root`, listed by `jobs`) depth first, in the order the file
-// system lists each folder, exactly as one thread would, and measures it; other locations'
-// folders inside it are passed over without being counted. Throws ScanCancelled when a stop
-// is requested.
-StorageFinding measureLocation(const StorageLocation& location, const std::filesystem::path& folder,
-                               const EntryStatus& rootStatus, std::shared_ptr<FolderJob> root,
-                               std::int64_t maxEntries, ScanContext& context, FolderJobs& jobs);
+// Walks one location's folder (`folder`, open and not yet read) on the calling thread, depth
+// first, in the order the file system lists each folder, and measures it: the walk that a
+// scan's result is defined by. Other locations' folders inside it are passed over. A file
+// that may be met again is counted only if `counted` has not met it yet. Stops after
+// `settings.maxEntries` entries; throws ScanCancelled when a stop is requested.
+StorageFinding walkLocation(const LocationScope& scope, DirectoryStream folder,
+                            CountedIdentities& counted, const WalkSettings& settings);
 
 }  // namespace tallowmere

@@ -70,7 +70,7 @@ bool DirectoryStream::nextRecord(const char*& name, unsigned char& type) {
             return false;
         }
         if (!m_buffer) {
-            m_buffer = std::make_unique<char[]>(bufferBytes);
+            m_buffer = std::make_unique_for_overwrite<char[]>(bufferBytes);
         }
         const long count = ::syscall(SYS_getdents64, m_fd.get(), m_buffer.get(), bufferBytes);
         if (count <= 0) {
@@ -109,17 +109,19 @@ bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, Status
         chunk.entries.push_back(entry);
     }
     for (auto& entry : chunk.entries) {
-        if (stopToken.stop_requested()) {
+        if (statusReads == StatusReads::none || stopToken.stop_requested()) {
             break;
         }
-        const EntryKind kind = entry.status.kind;
-        const bool kindNeedsStatus = kind == EntryKind::regularFile || kind == EntryKind::unknown;
-        if (statusReads == StatusReads::everything ||
-            (statusReads == StatusReads::filesAndUnknown && kindNeedsStatus)) {
-            entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
-        }
+        entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
     }
     return !chunk.entries.empty();
+}
+
+void DirectoryStream::completeStatus(const DirectoryChunk& chunk, DirectoryEntry& entry) const {
+    const EntryKind kind = entry.status.kind;
+    if (kind == EntryKind::regularFile || kind == EntryKind::unknown) {
+        entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
+    }
 }
 
 }  // namespace tallowmere

@@ -36,8 +36,7 @@ struct DirectoryChunk {
 };
 
 // An open directory read in chunks. Folders, symbolic links and special files known from the
-// directory entry need no further call; regular files and entries of unknown kind get one
-// status read relative to the directory.
+// directory entry need no further call; statuses are read relative to the directory.
 // Never follows a symbolic link. Move-only; closes the directory on destruction.
 class DirectoryStream {
 public:
@@ -49,9 +48,8 @@ public:
 
     // Which entries get a status read while a chunk is read.
     enum class StatusReads {
-        filesAndUnknown,  // regular files (for their sizes) and entries of unknown kind
-        none,             // the kinds the directory entries tell are enough
-        everything,       // every entry, folders and links included
+        none,        // the kinds the directory entries tell are enough
+        everything,  // every entry, folders and links included
     };
 
     bool valid() const { return m_fd.valid(); }
@@ -61,10 +59,14 @@ public:
     // false when the directory holds no more; `readFailed()` then tells whether reading
     // stopped because of an error rather than at the end.
     // When `stopToken` asks to stop, the status reads end early and the chunk is unusable.
-    bool readChunk(DirectoryChunk& chunk, std::size_t limit,
-                   StatusReads statusReads = StatusReads::filesAndUnknown,
+    bool readChunk(DirectoryChunk& chunk, std::size_t limit, StatusReads statusReads,
                    const std::stop_token& stopToken = {});
     bool readFailed() const { return m_readFailed; }
+
+    // Reads the status of `entry`, of a chunk this stream read, when its kind asks for one:
+    // regular files for their sizes, entries of unknown kind for their kind. Sets
+    // `statusFailed` when the read fails.
+    void completeStatus(const DirectoryChunk& chunk, DirectoryEntry& entry) const;
 
 private:
     // Takes the next entry from the buffer, refilling it from the kernel; false at the end.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "measurement/FileEntry.h"
+#include "platform/FilePath.h"
 
 namespace tallowmere {
 
@@ -12,7 +13,7 @@ namespace tallowmere {
 // found in, and the bytes it occupies on disk.
 struct StorageCleanupFile {
     FileEntry entry;
-    std::filesystem::path root;
+    FilePath root;
     std::string category;
     std::int64_t allocatedBytes = 0;
     bool includesRecent = false;

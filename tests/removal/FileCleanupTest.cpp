@@ -56,7 +56,7 @@ TEST_F(CleanupFixture, RemovesOnlyFilesStillAsScanned) {
     const auto result = AIStorageCleanup::moveToTrash(listed);
     EXPECT_EQ(result.moved, 1);
     ASSERT_EQ(result.items.size(), 1u);
-    const auto fine = std::ranges::find(files, tree / "cache/fine",
+    const auto fine = std::ranges::find(files, FilePath(tree / "cache/fine"),
                                         [](const auto& file) { return file.entry.url; });
     EXPECT_EQ(result.items[0].original, fine->entry);
     EXPECT_EQ(result.items[0].trashURL, tree / "data/Trash/files/fine");

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "measurement/Date.h"
+#include "measurement/StorageLocation.h"
+#include "measurement/WalkFolder.h"
+#include "platform/EntryStatus.h"
+#include "platform/FilePath.h"
+
+namespace tallowmere {
+
+// What the walk of one location goes by, the same for every folder in it.
+struct LocationScope {
+    StorageLocation location;
+    FilePath url;  // shared by every cleanup file found in it
+    EntryStatus rootStatus;
+    // Other locations' folders inside this one, measured on their own.
+    std::vector<std::string> nestedFolders;
+    Date now = 0;
+
+    // Files of caches and logs are candidates for cleaning one by one.
+    bool checksFiles() const { return location.category == "Cache" || location.category == "Logs"; }
+    // True for a file that may be met again, under another name or through another mount; only
+    // its first meeting counts.
+    bool mayRecur(const EntryStatus& status) const {
+        return status.linkCount > 1 || status.mountId != rootStatus.mountId ||
+               status.identity.device != rootStatus.identity.device;
+    }
+    WalkFolder rootFolder() const;
+};
+
+}  // namespace tallowmere

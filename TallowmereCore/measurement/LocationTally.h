@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "measurement/FileEntry.h"
+#include "measurement/LocationScope.h"
+#include "measurement/RankedList.h"
+#include "measurement/StorageFinding.h"
+#include "measurement/WalkFolder.h"
+#include "platform/EntryStatus.h"
+#include "platform/FileIdentity.h"
+
+namespace tallowmere {
+
+using CountedIdentities = std::unordered_set<FileIdentity, FileIdentityHash>;
+
+// What walks have measured of one location so far: sums, and the files its lists keep. Files
+// may be counted in any order, and tallies of parts of a location added up in any order; the
+// lists come out as one thread walking the whole location in order would keep them.
+class LocationTally {
+public:
+    explicit LocationTally(const LocationScope& scope);
+
+    // Counts the regular file `name`, the entry at `index` of `folder`.
+    void countFile(const WalkFolder& folder, std::uint32_t index, std::string_view name,
+                   const EntryStatus& status);
+    // Keeps a file that may be met again (LocationScope::mayRecur) for countLinkedFiles(),
+    // since which of its meetings comes first is only known once the walk is over.
+    void deferLinkedFile(const std::shared_ptr<const WalkFolder>& folder, std::uint32_t index,
+                         std::string_view name, const EntryStatus& status);
+    // An entry or folder that could not be read.
+    void countSkipped() { ++m_skippedCount; }
+
+    void add(LocationTally&& other);
+
+    // Counts the deferred files in walk order, each only if `counted` has not met it yet.
+    void countLinkedFiles(CountedIdentities& counted);
+
+    StorageFinding finding(bool limited) &&;
+
+private:
+    struct LinkedFile {
+        std::shared_ptr<const WalkFolder> folder;
+        std::uint32_t index = 0;
+        std::string name;
+        std::string order;
+        EntryStatus status;
+    };
+
+    const LocationScope* m_scope;
+    bool m_checksFiles;
+    std::int64_t m_allocatedBytes = 0;
+    std::int64_t m_logicalBytes = 0;
+    std::int64_t m_fileCount = 0;
+    std::int64_t m_skippedCount = 0;
+    RankedList<FileEntry> m_largestFiles;
+    RankedList<FileEntry> m_oldLogs;
+    RankedList<FileEntry> m_cleanupFiles;  // ranked by allocated bytes
+    RankedList<FileEntry> m_recentCleanupFiles;
+    std::vector<LinkedFile> m_linkedFiles;
+    std::string m_lowerName;  // reused so lower-casing a name allocates nothing per file
+};
+
+}  // namespace tallowmere
