@@ -64,19 +64,26 @@ void LocationTally::countFile(const WalkFolder& folder, std::uint32_t index, std
     bool recentCleanup = false;
     bool oldLog = false;
     if (m_checksFiles) {
-        TextRules::asciiLowercase(name, m_lowerName);
-        const auto& category = m_scope->location.category;
-        const Date now = m_scope->now;
-        if (status.logicalBytes >= 1) {
-            cleanup = AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder,
-                                                         modified, category, now, false) &&
-                      m_cleanupFiles.admits(status.allocatedBytes, orderOf);
-            recentCleanup = AIStorageCleanup::eligibleInFolder(m_lowerName, folder.protectedFolder,
-                                                               modified, category, now, true) &&
-                            m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
+        // Whether a list has room is cheaper to learn than whether the file may go in it, and
+        // once the lists are full most files find no room.
+        const bool positive = status.logicalBytes >= 1;
+        const bool cleanupRoom = positive && m_cleanupFiles.admits(status.allocatedBytes, orderOf);
+        const bool recentRoom =
+            positive && m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
+        const bool oldLogRoom = m_oldLogs.admits(status.logicalBytes, orderOf);
+        if (cleanupRoom || recentRoom || oldLogRoom) {
+            TextRules::asciiLowercase(name, m_lowerName);
+            const auto& category = m_scope->location.category;
+            const Date now = m_scope->now;
+            const bool inProtected = folder.protectedFolder;
+            cleanup = cleanupRoom && AIStorageCleanup::eligibleInFolder(
+                                         m_lowerName, inProtected, modified, category, now, false);
+            recentCleanup =
+                recentRoom && AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected, modified,
+                                                                 category, now, true);
+            oldLog = oldLogRoom &&
+                     AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false);
         }
-        oldLog = AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false) &&
-                 m_oldLogs.admits(status.logicalBytes, orderOf);
     }
     if (!largest && !cleanup && !recentCleanup && !oldLog) {
         return;

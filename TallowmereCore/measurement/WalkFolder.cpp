@@ -14,6 +14,26 @@ std::string_view parentOf(std::string_view path) {
     return slash == 0 ? std::string_view("/") : path.substr(0, slash);
 }
 
+// Appends `index` so that byte order is number order and no index's bytes begin another's:
+// one byte below 128, two below 16,512, else five. Most orders then stay short enough for a
+// string to hold them without allocating.
+void appendOrderIndex(std::string& order, std::uint32_t index) {
+    constexpr std::uint32_t oneByteEnd = 0x80;
+    constexpr std::uint32_t twoBytesEnd = oneByteEnd + 0x4000;
+    if (index < oneByteEnd) {
+        order += static_cast<char>(index);
+    } else if (index < twoBytesEnd) {
+        const std::uint32_t offset = index - oneByteEnd;
+        order += static_cast<char>(0x80 | (offset >> 8));
+        order += static_cast<char>(offset & 0xFF);
+    } else {
+        order += static_cast<char>(0xC0);
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            order += static_cast<char>((index >> shift) & 0xFF);
+        }
+    }
+}
+
 }  // namespace
 
 bool WalkFolder::isNested(std::string_view name) const {
@@ -33,11 +53,9 @@ std::string WalkFolder::pathOf(std::string_view name) const {
 
 std::string WalkFolder::orderOf(std::uint32_t index) const {
     std::string extended;
-    extended.reserve(order.size() + 4);
+    extended.reserve(order.size() + 5);
     extended = order;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        extended += static_cast<char>((index >> shift) & 0xFF);
-    }
+    appendOrderIndex(extended, index);
     return extended;
 }
 

@@ -10,9 +10,9 @@ namespace tallowmere {
 // A folder of one location as a walk meets it.
 struct WalkFolder {
     std::string path;
-    // Where the folder stands in the order one thread walks its location: the index of each
-    // entry on the way down from the location folder, four bytes each, most significant byte
-    // first, so that comparing the bytes of two orders compares when a walk meets them.
+    // Where the folder stands in the order one thread walks its location: the listing index of
+    // each folder on the way down from the location folder, written so that comparing the
+    // bytes of two orders compares when a walk meets them.
     std::string order;
     // True inside a folder whose files are never cleaned one by one.
     bool protectedFolder = false;

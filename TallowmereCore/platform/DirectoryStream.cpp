@@ -12,9 +12,10 @@ namespace tallowmere {
 
 namespace {
 
-// One read fills this much; 64 KiB holds about 2,000 names and halves the calls of a smaller
-// buffer on wide folders.
-constexpr std::size_t bufferBytes = 64 * 1024;
+// One read fills this much: about 2,000 names, which halves the calls of a smaller buffer on
+// wide folders. Kept under 64 KiB, since glibc consolidates its free lists each time a block
+// that large is freed, and a walk frees one per folder.
+constexpr std::size_t bufferBytes = 60 * 1024;
 
 // A record of getdents64, as the kernel lays it out.
 struct KernelDirent64 {

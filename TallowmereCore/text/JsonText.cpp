@@ -36,6 +36,11 @@ void appendEscapedAscii(std::string& out, char c) {
     }
 }
 
+// Printable ASCII that a JSON string holds as it is.
+bool isPlainAscii(char c) {
+    return c >= 0x20 && c < 0x7F && c != '"' && c != '\\';
+}
+
 // Reads the 16-bit code unit of a \uXXXX escape whose four hex digits start at `at`.
 std::optional<unsigned int> codeUnitAt(std::string_view text, std::size_t at) {
     if (text.size() - at < 4) {
@@ -140,11 +145,19 @@ std::size_t copyRaw(std::string_view text, std::size_t at, std::string& out) {
 
 }  // namespace
 
-std::string quoted(std::string_view bytes) {
-    std::string out;
-    out.reserve(bytes.size() + 2);
+void appendQuoted(std::string& out, std::string_view bytes) {
     out += '"';
     for (std::size_t at = 0; at < bytes.size();) {
+        // Most paths are plain ASCII; copy such runs whole.
+        std::size_t plain = at;
+        while (plain < bytes.size() && isPlainAscii(bytes[plain])) {
+            ++plain;
+        }
+        out.append(bytes.data() + at, plain - at);
+        at = plain;
+        if (at == bytes.size()) {
+            break;
+        }
         const std::size_t length = TextRules::utf8SequenceLength(bytes, at);
         if (length == 0) {
             appendUnicodeEscape(out, 0xDC00 + static_cast<unsigned char>(bytes[at]));
@@ -153,11 +166,17 @@ std::string quoted(std::string_view bytes) {
             appendEscapedAscii(out, bytes[at]);
             ++at;
         } else {
-            out += bytes.substr(at, length);
+            out.append(bytes.data() + at, length);
             at += length;
         }
     }
     out += '"';
+}
+
+std::string quoted(std::string_view bytes) {
+    std::string out;
+    out.reserve(bytes.size() + 2);
+    appendQuoted(out, bytes);
     return out;
 }
 

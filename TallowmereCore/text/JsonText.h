@@ -11,6 +11,8 @@ namespace tallowmere::JsonText {
 // `bytes` as a JSON string with its quotes: '"', '\' and control characters escaped, well-formed
 // UTF-8 kept as is, each other byte written \udcXX; "/" is not escaped.
 std::string quoted(std::string_view bytes);
+// The same, appended to `out`.
+void appendQuoted(std::string& out, std::string_view bytes);
 
 // The bytes that the inside of a JSON string (without its quotes) stands for: every RFC 8259
 // escape is decoded, a lone \udc80-\udcff gives back its single byte. Nothing when the text is

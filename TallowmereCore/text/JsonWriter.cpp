@@ -30,7 +30,7 @@ void JsonWriter::endArray() {
 
 void JsonWriter::key(std::string_view name) {
     beforeValue();
-    buffer += JsonText::quoted(name);
+    JsonText::appendQuoted(buffer, name);
     buffer += ':';
     // The member's value follows the colon directly.
     needsComma = false;
@@ -38,7 +38,7 @@ void JsonWriter::key(std::string_view name) {
 
 void JsonWriter::string(std::string_view bytes) {
     beforeValue();
-    buffer += JsonText::quoted(bytes);
+    JsonText::appendQuoted(buffer, bytes);
 }
 
 void JsonWriter::integer(std::int64_t value) {

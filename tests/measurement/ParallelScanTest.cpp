@@ -111,5 +111,23 @@ TEST(ParallelScan, AnswersExactlyAsOneThread) {
     }
 }
 
+TEST(ParallelScan, StopsEveryThreadWhenAsked) {
+    TemporaryTree tree;
+    tree.file(".first/a", 1);
+    for (int index = 0; index < 3000; ++index) {
+        tree.file(".second/" + std::to_string(index % 7) + "/" + std::to_string(index), index);
+    }
+    const std::vector<StorageLocation> locations = {{"A", "Cache", ".first", ""},
+                                                    {"B", "Cache", ".second", ""}};
+    std::stop_source stop;
+    ScanOptions options;
+    options.stopToken = stop.get_token();
+    options.threads = 4;
+    // The first finding comes while the other threads are still in the second location.
+    const auto stopOnFirst = [&](const StorageScan&) { stop.request_stop(); };
+    EXPECT_THROW(AIStorageScanner::scan(tree.root(), locations, 100000, stopOnFirst, options),
+                 ScanCancelled);
+}
+
 }  // namespace
 }  // namespace tallowmere
