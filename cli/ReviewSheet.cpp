@@ -40,7 +40,7 @@ std::string fileGroup(const StorageCleanupGroup& group, const std::filesystem::p
         (cache ? "May rebuild or download again" : "Removes troubleshooting records") + "\n";
     std::set<std::string> roots;
     for (const auto& file : group.files) {
-        roots.insert(file.root.native());
+        roots.emplace(file.root.native());
     }
     for (const auto& root : roots) {
         text += "  in " + displayPath(root, home) + "\n";

@@ -18,7 +18,7 @@ struct FileEntry {
     // Equal for two paths exactly when they name the same file on the same volume.
     std::optional<std::string> fileIdentity;
 
-    std::string id() const { return url.native(); }
+    std::string id() const { return std::string(url.native()); }
     std::filesystem::path name() const { return std::filesystem::path(url).filename(); }
 
     bool operator==(const FileEntry&) const = default;

@@ -18,9 +18,12 @@ Date modifiedDate(const EntryStatus& status) {
                               : distantFuture;
 }
 
+// Lists are made to their exact size: a scan result is kept for a long time.
 std::vector<FileEntry> entriesOf(RankedList<FileEntry>&& list) {
+    auto sorted = std::move(list).sorted();
     std::vector<FileEntry> entries;
-    for (auto& ranked : std::move(list).sorted()) {
+    entries.reserve(sorted.size());
+    for (auto& ranked : sorted) {
         entries.push_back(std::move(ranked.item));
     }
     return entries;
@@ -28,8 +31,10 @@ std::vector<FileEntry> entriesOf(RankedList<FileEntry>&& list) {
 
 std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<FileEntry>&& list,
                                                const LocationScope& scope, bool includesRecent) {
+    auto sorted = std::move(list).sorted();
     std::vector<StorageCleanupFile> files;
-    for (auto& ranked : std::move(list).sorted()) {
+    files.reserve(sorted.size());
+    for (auto& ranked : sorted) {
         files.push_back({std::move(ranked.item), scope.url, scope.location.category, ranked.size,
                          includesRecent});
     }

@@ -1,39 +1,48 @@
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <string_view>
 
 namespace tallowmere {
 
-// A path kept in a record: native bytes, stored once and shared by every copy. A scan keeps
-// thousands of paths, often the same one in several lists; std::filesystem::path would store
-// each of them again, with every component apart.
+// A path kept in a record: native bytes, stored once in one block and shared by every copy. A
+// scan keeps tens of thousands of paths, often the same one in several lists;
+// std::filesystem::path would store each again, with every component apart.
 class FilePath {
 public:
     FilePath() = default;
-    FilePath(std::string native)
-        : m_native(std::make_shared<const std::string>(std::move(native))) {}
-    FilePath(const char* native) : FilePath(std::string(native)) {}
-    FilePath(const std::filesystem::path& path) : FilePath(path.native()) {}
+    FilePath(std::string_view native);
+    FilePath(const std::string& native) : FilePath(std::string_view(native)) {}
+    FilePath(const char* native) : FilePath(std::string_view(native)) {}
+    FilePath(const std::filesystem::path& path) : FilePath(std::string_view(path.native())) {}
 
-    const std::string& native() const { return m_native ? *m_native : nothing(); }
-    const char* c_str() const { return native().c_str(); }
+    FilePath(const FilePath& other) noexcept;
+    FilePath(FilePath&& other) noexcept;
+    FilePath& operator=(FilePath other) noexcept;
+    ~FilePath();
+
+    std::string_view native() const;
+    const char* c_str() const;
     bool empty() const { return native().empty(); }
     // The path for path operations.
     operator std::filesystem::path() const { return native(); }
 
     bool operator==(const FilePath& other) const { return native() == other.native(); }
-    bool operator==(const std::filesystem::path& other) const { return native() == other.native(); }
-
-private:
-    static const std::string& nothing() {
-        static const std::string nothing;
-        return nothing;
+    bool operator==(const std::filesystem::path& other) const {
+        return native() == std::string_view(other.native());
     }
 
-    std::shared_ptr<const std::string> m_native;
+private:
+    // Followed in the same allocation by the bytes and a NUL.
+    struct Block {
+        std::atomic<std::size_t> references;
+        std::size_t length;
+    };
+
+    Block* m_block = nullptr;
 };
 
 }  // namespace tallowmere

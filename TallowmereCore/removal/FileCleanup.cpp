@@ -92,7 +92,7 @@ StorageCleanupResult remove(const std::vector<StorageCleanupFile>& files,
     StorageCleanupResult result;
     std::set<std::string> handled;
     for (const auto& file : files) {
-        if (!handled.insert(file.entry.url.native()).second) {
+        if (!handled.emplace(file.entry.url.native()).second) {
             continue;
         }
         try {
