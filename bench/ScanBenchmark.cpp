@@ -30,7 +30,7 @@ constexpr std::uint64_t seed = 1;
 struct ScanVariant {
     const char* name;
     bool pauses;
-    // 0 for one listing thread per core, 1 for the walk alone.
+    // 0 for one walking thread per core, 1 for the calling thread alone.
     std::size_t threads;
     // Front ends take progress snapshots, each a copy of the findings so far.
     bool progress;
