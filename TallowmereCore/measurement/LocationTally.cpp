@@ -51,68 +51,100 @@ LocationTally::LocationTally(const LocationScope& scope)
       m_cleanupFiles(cleanupFilesCapacity),
       m_recentCleanupFiles(cleanupFilesCapacity) {}
 
+namespace {
+
+// A file's walk order, made only when a list needs it to break a tie or to keep the file.
+class LazyOrder {
+public:
+    LazyOrder(const WalkFolder& folder, std::uint32_t index) : m_folder(folder), m_index(index) {}
+
+    const std::string& operator()() {
+        if (m_order.empty()) {
+            m_order = m_folder.orderOf(m_index);
+        }
+        return m_order;
+    }
+
+private:
+    const WalkFolder& m_folder;
+    std::uint32_t m_index;
+    std::string m_order;
+};
+
+}  // namespace
+
+struct LocationTally::Lists {
+    bool largest = false;
+    bool cleanup = false;
+    bool recentCleanup = false;
+    bool oldLog = false;
+
+    int count() const { return int{largest} + int{cleanup} + int{recentCleanup} + int{oldLog}; }
+};
+
 void LocationTally::countFile(const WalkFolder& folder, std::uint32_t index, std::string_view name,
                               const EntryStatus& status) {
     m_logicalBytes += status.logicalBytes;
     m_allocatedBytes += status.allocatedBytes;
     ++m_fileCount;
-    std::string order;  // made only when a list needs it
-    const auto orderOf = [&]() -> const std::string& {
-        if (order.empty()) {
-            order = folder.orderOf(index);
-        }
-        return order;
-    };
+    LazyOrder orderOf(folder, index);
     const Date modified = modifiedDate(status);
-    const bool largest = m_largestFiles.admits(status.logicalBytes, orderOf);
-    bool cleanup = false;
-    bool recentCleanup = false;
-    bool oldLog = false;
-    if (m_checksFiles) {
-        // Whether a list has room is cheaper to learn than whether the file may go in it, and
-        // once the lists are full most files find no room.
-        const bool positive = status.logicalBytes >= 1;
-        const bool cleanupRoom = positive && m_cleanupFiles.admits(status.allocatedBytes, orderOf);
-        const bool recentRoom =
-            positive && m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
-        const bool oldLogRoom = m_oldLogs.admits(status.logicalBytes, orderOf);
-        if (cleanupRoom || recentRoom || oldLogRoom) {
-            TextRules::asciiLowercase(name, m_lowerName);
-            const auto& category = m_scope->location.category;
-            const Date now = m_scope->now;
-            const bool inProtected = folder.protectedFolder;
-            cleanup = cleanupRoom && AIStorageCleanup::eligibleInFolder(
-                                         m_lowerName, inProtected, modified, category, now, false);
-            recentCleanup =
-                recentRoom && AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected, modified,
-                                                                 category, now, true);
-            oldLog = oldLogRoom &&
-                     AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false);
-        }
-    }
-    if (!largest && !cleanup && !recentCleanup && !oldLog) {
+    const Lists lists = listsFor(folder, name, status, modified, orderOf);
+    if (lists.count() == 0) {
         return;
     }
     FileEntry entry{folder.pathOf(name), status.logicalBytes, modified, status.identity.text()};
-    orderOf();
+    std::string order = orderOf();
     // Each list takes a copy but the last, which takes the entry itself.
-    int usesLeft = int{largest} + int{cleanup} + int{recentCleanup} + int{oldLog};
+    int usesLeft = lists.count();
     const auto take = [&](std::int64_t size) -> Ranked<FileEntry> {
         return --usesLeft == 0 ? Ranked<FileEntry>{size, std::move(order), std::move(entry)}
                                : Ranked<FileEntry>{size, order, entry};
     };
-    if (cleanup) {
+    if (lists.cleanup) {
         m_cleanupFiles.add(take(status.allocatedBytes));
     }
-    if (recentCleanup) {
+    if (lists.recentCleanup) {
         m_recentCleanupFiles.add(take(status.allocatedBytes));
     }
-    if (largest) {
+    if (lists.largest) {
         m_largestFiles.add(take(status.logicalBytes));
     }
-    if (oldLog) {
+    if (lists.oldLog) {
         m_oldLogs.add(take(status.logicalBytes));
     }
+}
+
+template <typename OrderOf>
+LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::string_view name,
+                                             const EntryStatus& status, Date modified,
+                                             OrderOf& orderOf) {
+    Lists lists;
+    lists.largest = m_largestFiles.admits(status.logicalBytes, orderOf);
+    if (!m_checksFiles) {
+        return lists;
+    }
+    // Whether a list has room is cheaper to learn than whether the file may go in it, and once
+    // the lists are full most files find no room.
+    const bool positive = status.logicalBytes >= 1;
+    const bool cleanupRoom = positive && m_cleanupFiles.admits(status.allocatedBytes, orderOf);
+    const bool recentRoom = positive && m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
+    const bool oldLogRoom = m_oldLogs.admits(status.logicalBytes, orderOf);
+    if (!cleanupRoom && !recentRoom && !oldLogRoom) {
+        return lists;
+    }
+    TextRules::asciiLowercase(name, m_lowerName);
+    const auto& category = m_scope->location.category;
+    const Date now = m_scope->now;
+    const bool inProtected = folder.protectedFolder;
+    lists.cleanup = cleanupRoom && AIStorageCleanup::eligibleInFolder(
+                                       m_lowerName, inProtected, modified, category, now, false);
+    lists.recentCleanup =
+        recentRoom &&
+        AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected, modified, category, now, true);
+    lists.oldLog =
+        oldLogRoom && AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false);
+    return lists;
 }
 
 void LocationTally::deferLinkedFile(const std::shared_ptr<const WalkFolder>& folder,

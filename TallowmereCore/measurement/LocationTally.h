@@ -44,6 +44,13 @@ public:
     StorageFinding finding(bool limited) &&;
 
 private:
+    // The lists a counted file goes into.
+    struct Lists;
+
+    template <typename OrderOf>
+    Lists listsFor(const WalkFolder& folder, std::string_view name, const EntryStatus& status,
+                   Date modified, OrderOf& orderOf);
+
     struct LinkedFile {
         std::shared_ptr<const WalkFolder> folder;
         std::uint32_t index = 0;

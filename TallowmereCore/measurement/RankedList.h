@@ -27,7 +27,7 @@ public:
     // True when an item of `size` would be kept; `orderOf()` gives its order, which is only
     // asked for when its size ties with the last item kept.
     template <typename OrderOf>
-    bool admits(std::int64_t size, OrderOf orderOf) const {
+    bool admits(std::int64_t size, OrderOf&& orderOf) const {
         if (m_heap.size() < m_capacity) {
             return true;
         }
