@@ -99,6 +99,20 @@ void writeTool(JsonWriter& json, const StorageTool& tool) {
     json.endObject();
 }
 
+void writeUnreadableFolders(JsonWriter& json, const std::vector<UnreadableFolder>& folders) {
+    json.key("unreadableFolders");
+    json.beginArray();
+    for (const auto& folder : folders) {
+        json.beginObject();
+        json.key("path");
+        json.string(folder.path.native());
+        json.key("reason");
+        json.string(folder.reason);
+        json.endObject();
+    }
+    json.endArray();
+}
+
 }  // namespace
 
 void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::path& home) {
@@ -129,6 +143,7 @@ void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::p
         writeTool(json, tool);
     }
     json.endArray();
+    writeUnreadableFolders(json, scan.unreadableFolders);
     json.endObject();
     json.flushTo(out);
     out << '\n';

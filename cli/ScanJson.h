@@ -11,7 +11,7 @@
 namespace tallowmere::cli {
 
 // The scan as one compact JSON object, keys in the documented order:
-// its findings with their guidance, then its tools.
+// its findings with their guidance, its tools, then the folders that could not be read.
 // Written as it goes, so a large scan needs little memory; ends with a newline.
 void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::path& home);
 

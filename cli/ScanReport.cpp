@@ -58,17 +58,28 @@ std::string toolSection(const StorageTool& tool, const std::filesystem::path& ho
     return text + "\n";
 }
 
-std::string totals(const StorageScan& scan, std::int64_t tools) {
+// Each unreadable folder and why; a summary read back knows only how many there were.
+std::string unreadableLines(const StorageScan& scan, const std::filesystem::path& home) {
+    std::string text =
+        " · " + counted(scan.unreadableLocations, "location", "locations") + " could not be read";
+    if (scan.unreadableFolders.empty()) {
+        return text + "\n";
+    }
+    text += ":\n";
+    for (const auto& folder : scan.unreadableFolders) {
+        text += "  " + displayPath(folder.path, home) + " — " +
+                TerminalText::escaped(folder.reason) + "\n";
+    }
+    return text;
+}
+
+std::string totals(const StorageScan& scan, const std::filesystem::path& home, std::int64_t tools) {
     std::string text =
         "Total: " + SizeText::bytes(scan.allocatedBytes()) + " across " +
         counted(tools, "tool", "tools") + " in " +
         counted(static_cast<std::int64_t>(scan.findings.size()), "folder", "folders") + "\n" +
         counted(scan.absentLocations, "location", "locations") + " not present";
-    if (scan.unreadableLocations > 0) {
-        text += " · " + counted(scan.unreadableLocations, "location", "locations") +
-                " could not be read";
-    }
-    text += "\n";
+    text += scan.unreadableLocations > 0 ? unreadableLines(scan, home) : "\n";
     if (scan.incomplete()) {
         text += "This is a partial scan: some folders could not be measured completely.\n";
     }
@@ -98,7 +109,7 @@ std::string scanReport(const StorageScan& scan, const std::filesystem::path& hom
             ++shown;
         }
     }
-    return report + totals(scan, shown);
+    return report + totals(scan, home, shown);
 }
 
 }  // namespace tallowmere::cli

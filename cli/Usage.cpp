@@ -62,7 +62,8 @@ Files are only measured, never opened; symbolic links are never followed.
 Options:
   --json               Print one JSON object instead of the readable report:
                        {"home","completedAt","absentLocations","unreadableLocations",
-                        "incomplete","allocatedBytes","findings":[...],"tools":[...]}
+                        "incomplete","allocatedBytes","findings":[...],"tools":[...],
+                        "unreadableFolders":[{"path","reason"}...]}
                        Times are seconds since 2001-01-01 00:00:00 UTC; bytes of a name
                        that are not valid UTF-8 are written as \udcXX.
   --track PATH         Also measure PATH (relative to the current folder) as a custom

@@ -9,9 +9,11 @@
 #include "measurement/LocationScope.h"
 #include "measurement/LocationTally.h"
 #include "measurement/LocationWalk.h"
+#include "measurement/MountCopies.h"
 #include "measurement/ParallelWalk.h"
 #include "measurement/WalkSettings.h"
 #include "platform/LocationFolder.h"
+#include "platform/Mounts.h"
 #include "platform/PathRules.h"
 #include "removal/AIStorageCleanup.h"
 #include "text/TextRules.h"
@@ -65,6 +67,7 @@ private:
 struct OpenedLocation {
     std::filesystem::path folder;
     LocationFolder::State state = LocationFolder::State::unreadable;
+    std::string reason;                    // why it is unreadable
     std::unique_ptr<LocationScope> scope;  // set when the folder is open, as is `stream`
     DirectoryStream stream;
 };
@@ -74,8 +77,28 @@ std::size_t threadCount(const ScanOptions& options) {
                                 : options.threads;
 }
 
-// Looks at every location's folder in list order (a folder listed twice is measured once) and
-// opens those that can be measured.
+// Adds to each measured location's passed-over folders those the scan meets through another
+// mount as well, so that each is measured once.
+void passOverMountCopies(std::vector<OpenedLocation>& opened) {
+    std::vector<const LocationScope*> scopes;
+    for (const auto& location : opened) {
+        if (location.scope) {
+            scopes.push_back(location.scope.get());
+        }
+    }
+    const auto copies = mountCopies(scopes, readMountTable());
+    auto next = copies.begin();
+    for (auto& location : opened) {
+        if (location.scope) {
+            auto& passedOver = location.scope->nestedFolders;
+            passedOver.insert(passedOver.end(), next->begin(), next->end());
+            ++next;
+        }
+    }
+}
+
+// Looks at every location's folder in list order and opens those that can be measured. A
+// folder listed twice, or met again through another mount, is measured once.
 std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
                                           const std::vector<StorageLocation>& locations, Date now,
                                           const ScanOptions& options) {
@@ -84,6 +107,7 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
         folders.push_back(location.url(home));
     }
     std::unordered_set<std::string> measuredFolders;
+    CountedIdentities openedFolders;
     std::vector<OpenedLocation> opened;
     for (std::size_t index = 0; index < locations.size(); ++index) {
         if (options.stopToken.stop_requested()) {
@@ -94,7 +118,11 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
             continue;
         }
         LocationFolder found = LocationFolder::open(folder);
-        OpenedLocation location{folder, found.state, nullptr, {}};
+        if (found.state == LocationFolder::State::open &&
+            !openedFolders.insert(found.status.identity).second) {
+            continue;
+        }
+        OpenedLocation location{folder, found.state, std::move(found.reason), nullptr, {}};
         if (found.state == LocationFolder::State::open) {
             location.scope = std::make_unique<LocationScope>(
                 LocationScope{locations[index], folder, found.status,
@@ -103,6 +131,7 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
         }
         opened.push_back(std::move(location));
     }
+    passOverMountCopies(opened);
     return opened;
 }
 
@@ -119,9 +148,11 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
     for (auto& location : opened) {
         if (location.scope) {
             measured.push_back(&location);
+        } else if (location.state == LocationFolder::State::absent) {
+            ++result.absentLocations;
         } else {
-            ++(location.state == LocationFolder::State::absent ? result.absentLocations
-                                                               : result.unreadableLocations);
+            ++result.unreadableLocations;
+            result.unreadableFolders.push_back({location.folder, std::move(location.reason)});
         }
     }
     ProgressReporter progress(onProgress, now);

@@ -17,7 +17,8 @@ struct LocationScope {
     StorageLocation location;
     FilePath url;  // shared by every cleanup file found in it
     EntryStatus rootStatus;
-    // Other locations' folders inside this one, measured on their own.
+    // Folders inside this one that its walk passes over: other locations' folders, measured on
+    // their own, and folders that the scan measures through another mount (see mountCopies).
     std::vector<std::string> nestedFolders;
     Date now = 0;
 

@@ -132,7 +132,8 @@ std::optional<StorageScan> scanFromSnapshot(const JsonValue& snapshot,
         *storedCustomPaths != sorted(customPaths) || !isFresh(*completedAt, now)) {
         return std::nullopt;
     }
-    return StorageScan{std::move(*findings), *absent, *unreadable, *completedAt};
+    // The unreadable folders' paths and reasons are not kept, only their count.
+    return StorageScan{std::move(*findings), *absent, *unreadable, *completedAt, {}};
 }
 
 }  // namespace

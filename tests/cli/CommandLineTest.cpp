@@ -59,11 +59,12 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.err, "");
     const Json scan = parsedLine(run.out);
-    EXPECT_THAT(keysOf(scan),
-                ElementsAre("home", "completedAt", "absentLocations", "unreadableLocations",
-                            "incomplete", "allocatedBytes", "findings", "tools"));
+    EXPECT_THAT(keysOf(scan), ElementsAre("home", "completedAt", "absentLocations",
+                                          "unreadableLocations", "incomplete", "allocatedBytes",
+                                          "findings", "tools", "unreadableFolders"));
     EXPECT_EQ(scan["home"], home.root().native());
     EXPECT_EQ(scan["absentLocations"], 142);
+    EXPECT_EQ(scan["unreadableFolders"], Json::array());
     EXPECT_EQ(scan["incomplete"], false);
     ASSERT_EQ(scan["findings"].size(), 3u);
 
@@ -193,6 +194,38 @@ TEST(CommandLine, NamesSurviveAsBytesInJsonAndAreEscapedInReports) {
     EXPECT_THAT(report.out, HasSubstr("~/tracked\\x1B[31m"));
     EXPECT_EQ(report.out.find('\x1b'), std::string::npos);
     EXPECT_THAT(report.out, HasSubstr("Claude Code"));
+}
+
+TEST(CommandLine, UnreadableLocationsAreNamedWithTheirReason) {
+    TemporaryTree home;
+    const std::string disk = (home / "disk/h\x1b[31mf\xff").native();
+    home.folder("disk/h\x1b[31mf\xff");
+    home.symlink(disk, ".cache/huggingface");
+    const auto summaryFile = home / "summary.json";
+
+    const auto json = runCli(
+        {"scan", "--json", "--no-pause", "--save-summary", summaryFile.native()}, home.root());
+    ASSERT_EQ(json.exitCode, 0) << json.err;
+    const std::string reason = "It is a symbolic link to " + disk +
+                               ", and links are not followed; track that folder to measure it.";
+    EXPECT_THAT(json.out, HasSubstr(R"("unreadableFolders":[{"path":)" +
+                                    JsonText::quoted((home / ".cache/huggingface").native()) +
+                                    R"(,"reason":)" + JsonText::quoted(reason) + "}]}\n"));
+    EXPECT_THAT(json.out, HasSubstr(R"("unreadableLocations":1,)"));
+
+    const auto report = runCli({"scan", "--no-pause"}, home.root());
+    ASSERT_EQ(report.exitCode, 0) << report.err;
+    EXPECT_THAT(report.out, HasSubstr(" · 1 location could not be read:\n"
+                                      "  ~/.cache/huggingface — It is a symbolic link to " +
+                                      (home / "disk/h\\x1B[31mf\\xFF").native() + ", and links"));
+    EXPECT_EQ(report.out.find('\x1b'), std::string::npos);
+
+    // A summary keeps the count alone.
+    const auto summary = runCli({"summary", summaryFile.native()}, home.root());
+    ASSERT_EQ(summary.exitCode, 0) << summary.err;
+    EXPECT_THAT(summary.out, HasSubstr(" · 1 location could not be read\n"));
+    const auto summaryJson = runCli({"summary", summaryFile.native(), "--json"}, home.root());
+    EXPECT_EQ(parsedLine(summaryJson.out)["unreadableFolders"], Json::array());
 }
 
 TEST(CommandLine, LimitedScansAreIncompleteButSucceed) {

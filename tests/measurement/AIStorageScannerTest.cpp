@@ -3,12 +3,15 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <stop_token>
+#include <system_error>
 
 #include "TemporaryTree.h"
 
@@ -143,17 +146,31 @@ TEST(AIStorageScanner, RepeatedAbsentAndUnreadableLocations) {
     tree.folder("real/inside");
     tree.symlink("real", "linked");
     tree.symlink("real", ".link-to-folder");
+    tree.symlink("nowhere", ".dangling");
 
     auto custom = location((tree.root() / "x/../.tool/").native(), "Custom folder");
     const auto scan = scanOf(
         tree, {location(".tool"), custom, location(".missing"), location(".plain-file/below"),
                location(".plain-file"), location(".link-to-folder"), location("linked/inside"),
-               location(".missing")});
+               location(".dangling"), location(".missing"), location(".link-to-folder")});
 
     ASSERT_EQ(scan.findings.size(), 1u);
     EXPECT_EQ(scan.findings[0].location.relativePath, ".tool");
-    EXPECT_EQ(scan.absentLocations, 2);      // ".missing" once, and a path below a file
-    EXPECT_EQ(scan.unreadableLocations, 3);  // a file, a link, a folder behind a link
+    EXPECT_EQ(scan.absentLocations, 2);  // ".missing" once, and a path below a file
+    EXPECT_EQ(scan.unreadableLocations, 4);
+    const std::string notFollowed =
+        ", and links are not followed; track that folder to measure it.";
+    EXPECT_THAT(
+        scan.unreadableFolders,
+        ElementsAre(
+            UnreadableFolder{tree / ".plain-file", "It is not a folder."},
+            UnreadableFolder{tree / ".link-to-folder",
+                             "It is a symbolic link to " + (tree / "real").native() + notFollowed},
+            UnreadableFolder{tree / "linked/inside",
+                             "It lies behind a symbolic link (it is really " +
+                                 (tree / "real/inside").native() + ")" + notFollowed},
+            UnreadableFolder{tree / ".dangling",
+                             "It is a symbolic link to nowhere, which does not exist."}));
     EXPECT_TRUE(scan.incomplete());
 
     const auto allAbsent = scanOf(tree, {location(".nothing"), location(".none")});
@@ -182,6 +199,67 @@ TEST(AIStorageScanner, CountsHardLinkedFilesOnceAndNeverFollowsLinks) {
     EXPECT_EQ(second.fileCount, 1);
     EXPECT_EQ(second.logicalBytes, 10);
     EXPECT_EQ(second.skippedCount, 0);
+}
+
+// Mounts `source` at `target` too; throws when it cannot.
+void bindMount(const std::filesystem::path& source, const std::filesystem::path& target) {
+    if (::mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+        throw std::system_error(errno, std::generic_category(), "mount --bind " + target.native());
+    }
+}
+
+// "path bytes files" for each finding, in list order.
+std::string sizesOf(const StorageScan& scan) {
+    std::string text;
+    for (const auto& finding : scan.findings) {
+        text += finding.location.relativePath + " " + std::to_string(finding.logicalBytes) + " " +
+                std::to_string(finding.fileCount) + "\n";
+    }
+    return text;
+}
+
+TEST(AIStorageScanner, MeasuresAFolderMetThroughAnotherMountOnce) {
+    TemporaryTree tree;
+    tree.file(".same/source/big", 10000);
+    tree.file(".same/own", 10);
+    tree.folder(".same/the copy");  // the mount table escapes the space
+    tree.file(".models/m/weights", 20000);
+    tree.file(".other/own", 5);
+    tree.folder(".other/shared");
+    tree.file("outside/data/blob", 7000);
+    tree.folder(".twice/one");
+    tree.folder(".twice/two");
+    tree.file("cache/hf/x", 300);
+    tree.file("cache/rest", 40);
+    tree.folder(".view/cache");
+    tree.folder("alias");
+
+    const auto result = testing::runInMountNamespace([&] {
+        bindMount(tree / ".same/source", tree / ".same/the copy");
+        bindMount(tree / ".models/m", tree / ".other/shared");
+        bindMount(tree / "outside/data", tree / ".twice/one");
+        bindMount(tree / "outside/data", tree / ".twice/two");
+        bindMount(tree / "cache", tree / ".view/cache");
+        bindMount(tree / ".models", tree / "alias");
+        // The copies come first in list order, and still give way.
+        auto scan = scanOf(
+            tree, {location(".other"), location(".same"), location(".models"), location(".twice"),
+                   location(".view"), location("cache/hf"), location("alias")});
+        std::ranges::sort(scan.findings, {}, [](const auto& f) { return f.location.relativePath; });
+        return sizesOf(scan);
+    });
+    if (!result) {
+        GTEST_SKIP() << "mounting is not permitted here";
+    }
+    // "alias" is ".models" again, so it is measured once; ".view" holds a copy of "cache/hf"
+    // and the rest of "cache", which no location measures.
+    EXPECT_EQ(*result,
+              ".models 20000 1\n"
+              ".other 5 1\n"
+              ".same 10010 2\n"
+              ".twice 7000 1\n"
+              ".view 40 1\n"
+              "cache/hf 300 1\n");
 }
 
 TEST(AIStorageScanner, StopsAtTheEntryLimit) {
@@ -329,13 +407,15 @@ TEST(AIStorageScanner, CountsWhatCannotBeReadAsSkipped) {
         return std::to_string(scan.findings.size()) + " " +
                std::to_string(scan.findings[0].fileCount) + " " +
                std::to_string(scan.findings[0].skippedCount) + " " +
-               std::to_string(scan.unreadableLocations) + " " + std::to_string(scan.incomplete());
+               std::to_string(scan.unreadableLocations) + " " + std::to_string(scan.incomplete()) +
+               " " + scan.unreadableFolders.at(0).path.filename().native() + ": " +
+               scan.unreadableFolders.at(0).reason;
     });
     if (!result) {
         GTEST_SKIP() << "an unprivileged user cannot reach " << work
                      << " to provoke permission faults";
     }
-    EXPECT_EQ(*result, "1 1 1 1 1");
+    EXPECT_EQ(*result, "1 1 1 1 1 .closed: You don’t have permission to access it.");
 }
 
 TEST(AIStorageScanner, ReportsProgressAndStopsWhenAsked) {

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 
 #include <random>
 #include <sstream>
@@ -89,25 +90,70 @@ std::vector<StorageLocation> randomHome(const TemporaryTree& tree, std::mt19937&
     return locations;
 }
 
+// Scans with one thread and with several at a few entry limits; "" when every answer is the
+// one thread's, else where they part.
+std::string partingOfThreads(const TemporaryTree& tree,
+                             const std::vector<StorageLocation>& locations) {
+    for (const std::int64_t limit : {std::int64_t{7}, std::int64_t{60}, std::int64_t{100000}}) {
+        ScanOptions options;
+        options.pauses = false;
+        options.threads = 1;
+        const auto expected =
+            describe(AIStorageScanner::scan(tree.root(), locations, limit, {}, options));
+        for (const std::size_t threads : {2u, 3u, 8u}) {
+            options.threads = threads;
+            const auto answer =
+                describe(AIStorageScanner::scan(tree.root(), locations, limit, {}, options));
+            if (answer != expected) {
+                return "limit " + std::to_string(limit) + ", " + std::to_string(threads) +
+                       " threads:\n" + answer + "one thread:\n" + expected;
+            }
+        }
+    }
+    return "";
+}
+
 TEST(ParallelScan, AnswersExactlyAsOneThread) {
     std::mt19937 random(20261123);
     for (int round = 0; round < 8; ++round) {
         TemporaryTree tree;
         const auto locations = randomHome(tree, random);
-        for (const std::int64_t limit : {std::int64_t{7}, std::int64_t{60}, std::int64_t{100000}}) {
-            ScanOptions options;
-            options.pauses = false;
-            options.threads = 1;
-            const auto expected =
-                describe(AIStorageScanner::scan(tree.root(), locations, limit, {}, options));
-            for (const std::size_t threads : {2u, 3u, 8u}) {
-                options.threads = threads;
-                EXPECT_EQ(
-                    describe(AIStorageScanner::scan(tree.root(), locations, limit, {}, options)),
-                    expected)
-                    << "round " << round << ", limit " << limit << ", " << threads << " threads";
-            }
+        EXPECT_EQ(partingOfThreads(tree, locations), "") << "round " << round;
+    }
+}
+
+TEST(ParallelScan, AnswersExactlyAsOneThreadAcrossBindMounts) {
+    std::mt19937 random(20261124);
+    for (int round = 0; round < 3; ++round) {
+        TemporaryTree tree;
+        const auto locations = randomHome(tree, random);
+        tree.file("outside/blob", 3000);
+        tree.file(".e/shared", 2000);
+        tree.hardLink(".e/shared", "outside/shared");
+        // A copy of part of a location, an outside folder met twice, a copy of a whole
+        // location, and a folder holding another location's folder.
+        const std::vector<std::pair<std::string, std::string>> binds = {
+            {".a/sub", ".cache/c/sub-view"},
+            {"outside", ".e/out-one"},
+            {"outside", ".cache/b/out-two"},
+            {".cache", ".d/deep/models/m/cache-view"},
+            {".d", ".e/d-view"}};
+        for (const auto& bind : binds) {
+            tree.folder(bind.second);
         }
+        const auto parting = testing::runInMountNamespace([&] {
+            for (const auto& [source, target] : binds) {
+                if (::mount((tree / source).c_str(), (tree / target).c_str(), nullptr, MS_BIND,
+                            nullptr) != 0) {
+                    return "mount --bind " + target + " failed";
+                }
+            }
+            return partingOfThreads(tree, locations);
+        });
+        if (!parting) {
+            GTEST_SKIP() << "mounting is not permitted here";
+        }
+        EXPECT_EQ(*parting, "") << "round " << round;
     }
 }
 

@@ -19,11 +19,11 @@ StorageFinding findingOf(std::int64_t allocated, std::int64_t skipped = 0, bool 
 
 TEST(StorageScan, TotalsAndCompleteness) {
     EXPECT_EQ(StorageScan{}.allocatedBytes(), 0);
-    EXPECT_FALSE((StorageScan{{}, 5, 0, 0}).incomplete());
-    EXPECT_TRUE((StorageScan{{}, 0, 1, 0}).incomplete());
-    EXPECT_TRUE((StorageScan{{findingOf(1, 1)}, 0, 0, 0}).incomplete());
-    EXPECT_TRUE((StorageScan{{findingOf(1, 0, true)}, 0, 0, 0}).incomplete());
-    const StorageScan scan{{findingOf(1'000'000'000'000), findingOf(2)}, 0, 0, 0};
+    EXPECT_FALSE((StorageScan{{}, 5, 0, 0, {}}).incomplete());
+    EXPECT_TRUE((StorageScan{{}, 0, 1, 0, {}}).incomplete());
+    EXPECT_TRUE((StorageScan{{findingOf(1, 1)}, 0, 0, 0, {}}).incomplete());
+    EXPECT_TRUE((StorageScan{{findingOf(1, 0, true)}, 0, 0, 0, {}}).incomplete());
+    const StorageScan scan{{findingOf(1'000'000'000'000), findingOf(2)}, 0, 0, 0, {}};
     EXPECT_EQ(scan.allocatedBytes(), 1'000'000'000'002);
     EXPECT_FALSE(scan.incomplete());
 }

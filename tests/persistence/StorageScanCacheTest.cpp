@@ -44,7 +44,7 @@ StorageScan sampleScan(Date completed = completedAt) {
     odd.fileCount = 1;
     odd.skippedCount = 1;
     odd.limited = true;
-    return {{sessions, odd}, 3, 0, completed};
+    return {{sessions, odd}, 3, 0, completed, {}};
 }
 
 std::string messageOf(const std::function<void()>& action) {

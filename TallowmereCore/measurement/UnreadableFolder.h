@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace tallowmere {
+
+// A location's folder that a scan could not measure, and why, in one sentence.
+struct UnreadableFolder {
+    std::filesystem::path path;
+    std::string reason;
+
+    bool operator==(const UnreadableFolder&) const = default;
+};
+
+}  // namespace tallowmere
