@@ -1,7 +1,6 @@
 #include "MeasuredLocations.h"
 
 #include "Usage.h"
-#include "catalog/CustomFolder.h"
 #include "catalog/LocationDiscovery.h"
 #include "platform/PathRules.h"
 #include "platform/ProcessEnvironment.h"
@@ -33,11 +32,7 @@ std::vector<std::string> trackedPaths(const Options& options) {
 std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
                                                StorageLayout layout,
                                                const std::vector<std::string>& tracked) {
-    auto locations = AIStorageScanner::discoverLocations(home, processEnvironment(), layout);
-    for (const auto& path : tracked) {
-        locations.push_back(customFolderLocation(path));
-    }
-    return locations;
+    return AIStorageScanner::measuredLocations(home, processEnvironment(), layout, tracked);
 }
 
 }  // namespace tallowmere::cli

@@ -28,8 +28,9 @@ void writeEntryFields(JsonWriter& json, const FileEntry& entry) {
     }
 }
 
-void writeCleanupFile(JsonWriter& json, const StorageCleanupFile& file) {
-    json.beginObject();
+namespace {
+
+void writeCleanupFileFields(JsonWriter& json, const StorageCleanupFile& file) {
     writeEntryFields(json, file.entry);
     json.key("root");
     json.string(file.root.native());
@@ -39,6 +40,25 @@ void writeCleanupFile(JsonWriter& json, const StorageCleanupFile& file) {
     json.integer(file.allocatedBytes);
     json.key("includesRecent");
     json.boolean(file.includesRecent);
+}
+
+}  // namespace
+
+void writeCleanupFile(JsonWriter& json, const StorageCleanupFile& file) {
+    json.beginObject();
+    writeCleanupFileFields(json, file);
+    json.endObject();
+}
+
+void writeReviewedFile(JsonWriter& json, const StorageCleanupFile& file) {
+    json.beginObject();
+    writeCleanupFileFields(json, file);
+    json.key("statusChanged");
+    if (file.statusChanged) {
+        json.date(*file.statusChanged);
+    } else {
+        json.null();
+    }
     json.endObject();
 }
 
@@ -60,6 +80,8 @@ void writeSnapshot(JsonWriter& json, const StorageLocationSnapshot& snapshot) {
     json.string(snapshot.fileIdentity);
     json.key("fingerprint");
     json.string(snapshot.fingerprint);
+    json.key("changeFingerprint");
+    json.string(snapshot.changeFingerprint);
     json.endObject();
 }
 
@@ -100,7 +122,17 @@ std::optional<StorageCleanupFile> readCleanupFile(const JsonValue& value) {
     if (!entry || !root || !category || !allocated || !includesRecent) {
         return std::nullopt;
     }
-    return StorageCleanupFile{*entry, *root, *category, *allocated, *includesRecent};
+    return StorageCleanupFile{*entry, *root, *category, *allocated, *includesRecent, std::nullopt};
+}
+
+std::optional<StorageCleanupFile> readReviewedFile(const JsonValue& value) {
+    auto file = readCleanupFile(value);
+    const auto statusChanged = value.member("statusChanged");
+    if (!file || (!statusChanged.number() && !statusChanged.isNull())) {
+        return std::nullopt;
+    }
+    file->statusChanged = statusChanged.number();
+    return file;
 }
 
 std::optional<StorageLocationSnapshot> readSnapshot(const JsonValue& value) {
@@ -112,12 +144,13 @@ std::optional<StorageLocationSnapshot> readSnapshot(const JsonValue& value) {
     const auto modified = value.member("modified").number();
     const auto identity = value.member("fileIdentity").string();
     const auto fingerprint = value.member("fingerprint").string();
+    const auto changeFingerprint = value.member("changeFingerprint").string();
     if (!path || !category || !detail || !allocated || !items || !modified || !identity ||
-        !fingerprint) {
+        !fingerprint || !changeFingerprint) {
         return std::nullopt;
     }
-    return StorageLocationSnapshot{*path,  *category, *detail,   *allocated,
-                                   *items, *modified, *identity, *fingerprint};
+    return StorageLocationSnapshot{*path,     *category, *detail,      *allocated,        *items,
+                                   *modified, *identity, *fingerprint, *changeFingerprint};
 }
 
 std::optional<TrashedStorageFile> readTrashedItem(const JsonValue& value) {

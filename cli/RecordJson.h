@@ -21,13 +21,17 @@ void writeLocationFields(JsonWriter& json, const StorageLocation& location);
 void writeEntryFields(JsonWriter& json, const FileEntry& entry);
 // The entry's fields, then "root","category","allocatedBytes","includesRecent".
 void writeCleanupFile(JsonWriter& json, const StorageCleanupFile& file);
-// "path","category","detail","allocatedBytes","itemCount","modified","fileIdentity","fingerprint"
+// A cleanup file's fields, then "statusChanged" (a time or null): a file as a review lists it.
+void writeReviewedFile(JsonWriter& json, const StorageCleanupFile& file);
+// "path","category","detail","allocatedBytes","itemCount","modified","fileIdentity",
+// "fingerprint","changeFingerprint"
 void writeSnapshot(JsonWriter& json, const StorageLocationSnapshot& snapshot);
 // "original":E,"trashPath","locationSnapshot":S or null
 void writeTrashedItem(JsonWriter& json, const TrashedStorageFile& item);
 
 std::optional<FileEntry> readEntry(const JsonValue& value);
 std::optional<StorageCleanupFile> readCleanupFile(const JsonValue& value);
+std::optional<StorageCleanupFile> readReviewedFile(const JsonValue& value);
 std::optional<StorageLocationSnapshot> readSnapshot(const JsonValue& value);
 std::optional<TrashedStorageFile> readTrashedItem(const JsonValue& value);
 

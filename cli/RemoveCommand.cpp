@@ -1,18 +1,19 @@
 #include <unistd.h>
 
 #include <iostream>
+#include <stop_token>
 
 #include "Commands.h"
 #include "Interruptible.h"
+#include "MeasuredLocations.h"
 #include "Options.h"
-#include "RecordJson.h"
 #include "RemovalOutput.h"
 #include "ReviewFile.h"
 #include "ReviewSheet.h"
-#include "ScanRun.h"
+#include "UndoFile.h"
 #include "Usage.h"
-#include "platform/AtomicFile.h"
 #include "platform/PathRules.h"
+#include "platform/UserFolders.h"
 #include "removal/RemovalMessages.h"
 
 namespace tallowmere::cli {
@@ -28,6 +29,45 @@ bool confirmedOnTerminal(const LocationRemovalReview& review) {
     return std::getline(std::cin, answer) && (answer == "yes" || answer == "y");
 }
 
+// True when a permanent deletion may go ahead, having asked where it must.
+bool permanentDeletionConfirmed(const Options& options, const LocationRemovalReview& review) {
+    if (options.has("yes")) {
+        return true;
+    }
+    if (!::isatty(STDIN_FILENO)) {
+        std::cerr << "Permanent deletion needs --yes when standard input is not a terminal. "
+                     "Nothing was removed.\n";
+        return false;
+    }
+    if (!confirmedOnTerminal(review)) {
+        std::cerr << "Nothing was removed.\n";
+        return false;
+    }
+    return true;
+}
+
+// What the review may touch now: its owner's locations as a scan would measure them, for the
+// review's layout and the folders tracked on this command line.
+RemovalScope scopeOf(const ReviewRecord& record, const Options& options) {
+    const auto home = UserFolders::homeFolder();
+    return RemovalScope(record.review.owner, home,
+                        measuredLocations(home, record.layout, trackedPaths(options)));
+}
+
+// Writes the undo records that are still only in memory; when that fails, prints them, so
+// that they can still be saved by hand.
+void flushUndo(UndoFile& undo) {
+    try {
+        undo.flush();
+    } catch (const RecordFileError& error) {
+        std::cerr << error.what()
+                  << "\nKeep these undo records in a file to restore the items with "
+                     "'tallowmere-cli restore':\n"
+                  << encodeUndoItems(undo.items()) << '\n';
+    }
+    undo.removeIfUnused();
+}
+
 }  // namespace
 
 int runRemove(const std::vector<std::string>& arguments) {
@@ -35,6 +75,7 @@ int runRemove(const std::vector<std::string>& arguments) {
                                          {{"permanent", false},
                                           {"yes", false},
                                           {"undo", true},
+                                          {"track", true},
                                           {"json", false},
                                           {"no-pause", false},
                                           {"help", false}},
@@ -47,35 +88,58 @@ int runRemove(const std::vector<std::string>& arguments) {
         throw UsageError("remove needs the review file that 'tallowmere-cli review --out' wrote");
     }
     const auto file = PathRules::absoluteStandardized(options.operands[0]);
-    const auto undoFile = options.has("undo")
+    const auto undoPath = options.has("undo")
                               ? PathRules::absoluteStandardized(options.all("undo").back())
                               : std::filesystem::path(file.native() + ".undo.json");
-    const auto review = decodeReview(readRecordFile(file), file);
+    const ReviewRecord record = decodeReview(readRecordFile(file), file);
     const auto method =
         options.has("permanent") ? StorageRemovalMethod::permanent : StorageRemovalMethod::trash;
-    if (method == StorageRemovalMethod::permanent && !options.has("yes")) {
-        if (!::isatty(STDIN_FILENO)) {
-            std::cerr << "Permanent deletion needs --yes when standard input is not a terminal. "
-                         "Nothing was removed.\n";
-            return failed;
-        }
-        if (!confirmedOnTerminal(review)) {
-            std::cerr << "Nothing was removed.\n";
-            return failed;
-        }
+    if (method == StorageRemovalMethod::permanent &&
+        !permanentDeletionConfirmed(options, record.review)) {
+        return failed;
+    }
+    const RemovalScope scope = scopeOf(record, options);
+    // The undo file is ours and known to be writable before anything moves.
+    std::optional<UndoFile> undo;
+    if (method == StorageRemovalMethod::trash) {
+        undo = UndoFile::open(undoPath, UndoFile::Missing::create);
+        undo->save(undo->items());
     }
     forgetSummary();
+    std::stop_source stopRemoval;
+    std::string undoFailure;
+    RemovalOptions removalOptions;
+    removalOptions.pauses = !options.has("no-pause");
+    removalOptions.stopToken = stopRemoval.get_token();
+    removalOptions.onTrashed = [&](const TrashedStorageFile& item) {
+        try {
+            undo->add(item);
+        } catch (const RecordFileError& error) {
+            undoFailure = error.what();
+            stopRemoval.request_stop();  // nothing more moves without a record kept
+        }
+    };
     StorageCleanupResult result;
-    runInterruptibly([&](std::stop_token stopToken) {
-        result = removeReviewed(review, method, walkOptions(options, stopToken));
+    const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
+        const std::stop_callback forward(stopToken, [&] { stopRemoval.request_stop(); });
+        result = removeReviewed(record.review, method, scope, removalOptions);
     });
-    if (method == StorageRemovalMethod::trash && result.moved > 0) {
-        AtomicFile::write(undoFile, encodeUndoItems(result.items) + "\n");
+    if (undo) {
+        flushUndo(*undo);
     }
     reportOutcome({"moved", result.moved, "items", result.items, result.errors,
                    RemovalMessages::removalNotice(result, method),
                    RemovalMessages::removalError(result, method)},
                   options.has("json"));
+    if (!undoFailure.empty()) {
+        std::cerr << undoFailure << " The removal stopped there.\n";
+        return failed;
+    }
+    if (interrupted) {
+        std::cerr << "Interrupted: the removal stopped after the item in hand; what is listed "
+                     "above is all that left its place.\n";
+        return ExitCode::interrupted;
+    }
     return result.errors.empty() ? success : failed;
 }
 

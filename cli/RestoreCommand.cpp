@@ -3,12 +3,9 @@
 #include "Commands.h"
 #include "Interruptible.h"
 #include "Options.h"
-#include "RecordJson.h"
 #include "RemovalOutput.h"
-#include "ReviewFile.h"
-#include "ScanRun.h"
+#include "UndoFile.h"
 #include "Usage.h"
-#include "platform/AtomicFile.h"
 #include "platform/PathRules.h"
 #include "removal/FileCleanup.h"
 #include "removal/RemovalMessages.h"
@@ -25,17 +22,25 @@ int runRestore(const std::vector<std::string>& arguments) {
     if (options.operands.empty()) {
         throw UsageError("restore needs the undo file that 'tallowmere-cli remove' wrote");
     }
-    const auto file = PathRules::absoluteStandardized(options.operands[0]);
-    const auto items = decodeUndoItems(readRecordFile(file), file);
+    const auto path = PathRules::absoluteStandardized(options.operands[0]);
+    UndoFile undo = UndoFile::open(path, UndoFile::Missing::refuse);
     forgetSummary();
     StorageRestoreResult result;
-    runInterruptibly([&](std::stop_token stopToken) {
-        result = AIStorageCleanup::restore(items, walkOptions(options, stopToken));
+    const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
+        RemovalOptions restoreOptions;
+        restoreOptions.pauses = !options.has("no-pause");
+        restoreOptions.stopToken = stopToken;
+        result = AIStorageCleanup::restore(undo.items(), restoreOptions);
     });
-    AtomicFile::write(file, encodeUndoItems(result.remaining) + "\n");
+    undo.save(result.remaining);
     reportOutcome({"restored", result.restored, "remaining", result.remaining, result.errors,
                    RemovalMessages::restoreNotice(result), RemovalMessages::restoreError(result)},
                   options.has("json"));
+    if (interrupted) {
+        std::cerr << "Interrupted: the items not yet restored stay in the Trash and in the undo "
+                     "file.\n";
+        return ExitCode::interrupted;
+    }
     return result.errors.empty() ? success : failed;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Commands.h"
 #include "Interruptible.h"
+#include "MeasuredLocations.h"
 #include "Options.h"
 #include "ReviewFile.h"
 #include "ReviewSheet.h"
@@ -51,6 +52,22 @@ std::string reviewJson(const LocationRemovalReview& review, const std::string& f
     return fileText.substr(0, fileText.size() - 1) + "," + extra.text().substr(1);
 }
 
+// An existing file at `out` is replaced only when it is an earlier review: a path mistyped
+// into --out must not cost the user a file.
+void checkReplaceable(const std::filesystem::path& out) {
+    std::error_code error;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(out, error))) {
+        return;
+    }
+    try {
+        decodeReview(readRecordFile(out), out);
+    } catch (const RecordFileError&) {
+        throw RecordFileError(TerminalText::escaped(out.native()) +
+                              " exists and is not a review of tallowmere-cli, so it was not "
+                              "replaced. Choose another --out.");
+    }
+}
+
 void checkUsage(const Options& options) {
     if (!options.has("tool") || !options.has("out")) {
         throw UsageError("review needs --tool OWNER and --out FILE");
@@ -81,6 +98,8 @@ int runReview(const std::vector<std::string>& arguments) {
     const std::string owner = options.all("tool").back();
     const bool includeRecent = options.has("include-recent");
     const auto out = PathRules::absoluteStandardized(options.all("out").back());
+    const auto layout = layoutFrom(options);
+    checkReplaceable(out);
     const auto run = runScanFor(options, scanEntryLimit, !options.has("json"));
     if (!run) {
         return ExitCode::interrupted;
@@ -117,7 +136,7 @@ int runReview(const std::vector<std::string>& arguments) {
         std::cerr << "Nothing to review.\n";
         return failed;
     }
-    const std::string fileText = encodeReview(*review);
+    const std::string fileText = encodeReview({*review, layout});
     AtomicFile::write(out, fileText + "\n");
     std::cout << (options.has("json") ? reviewJson(*review, fileText) + "\n"
                                       : reviewSheet(*review, run->home));

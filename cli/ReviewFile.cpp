@@ -2,8 +2,10 @@
 
 #include "RecordJson.h"
 #include "platform/AtomicFile.h"
+#include "removal/RemovalScope.h"
 #include "text/JsonDocument.h"
 #include "text/Sha256.h"
+#include "text/TerminalText.h"
 
 namespace tallowmere::cli {
 
@@ -69,9 +71,19 @@ std::optional<std::string> readText(const JsonValue& value) {
     return value.string();
 }
 
+// Paths are taken from a record only as they would be written: anything else is refused
+// loudly, never skipped in silence.
+void requireStandardPath(const std::filesystem::path& path, const std::filesystem::path& file) {
+    if (!isStandardAbsolutePath(path)) {
+        throw damaged(file, "the path “" + TerminalText::escaped(path.native()) +
+                                "” in it is not absolute and standardised.");
+    }
+}
+
 }  // namespace
 
-std::string encodeReview(const LocationRemovalReview& review) {
+std::string encodeReview(const ReviewRecord& record) {
+    const LocationRemovalReview& review = record.review;
     JsonWriter json;
     json.beginObject();
     json.key("version");
@@ -80,6 +92,8 @@ std::string encodeReview(const LocationRemovalReview& review) {
     json.string(review.id);
     json.key("owner");
     json.string(review.owner);
+    json.key("layout");
+    json.string(std::string(storageLayoutName(record.layout)));
     json.key("locations");
     json.beginArray();
     for (const auto& location : review.locations) {
@@ -95,7 +109,7 @@ std::string encodeReview(const LocationRemovalReview& review) {
     json.key("files");
     json.beginArray();
     for (const auto& file : review.files) {
-        writeCleanupFile(json, file);
+        writeReviewedFile(json, file);
     }
     json.endArray();
     json.endObject();
@@ -104,18 +118,30 @@ std::string encodeReview(const LocationRemovalReview& review) {
     return withChecksum(text);
 }
 
-LocationRemovalReview decodeReview(std::string_view text, const std::filesystem::path& file) {
+ReviewRecord decodeReview(std::string_view text, const std::filesystem::path& file) {
     const JsonDocument document = verifiedDocument(text, file);
     const JsonValue root = document.root();
     const auto id = root.member("id").string();
     const auto owner = root.member("owner").string();
-    if (!id || !owner) {
-        throw damaged(file, "its id or owner is missing.");
+    const auto layoutName = root.member("layout").string();
+    const auto layout = layoutName ? storageLayoutNamed(*layoutName) : std::nullopt;
+    if (!id || !owner || !layout) {
+        throw damaged(file, "its id, owner or layout is missing.");
     }
-    return {*id, *owner,
-            readAll<StorageLocationSnapshot>(root.member("locations"), readSnapshot, file),
-            readAll<std::string>(root.member("affectedTools"), readText, file),
-            readAll<StorageCleanupFile>(root.member("files"), readCleanupFile, file)};
+    ReviewRecord record{
+        {*id, *owner,
+         readAll<StorageLocationSnapshot>(root.member("locations"), readSnapshot, file),
+         readAll<std::string>(root.member("affectedTools"), readText, file),
+         readAll<StorageCleanupFile>(root.member("files"), readReviewedFile, file)},
+        *layout};
+    for (const auto& location : record.review.locations) {
+        requireStandardPath(location.url, file);
+    }
+    for (const auto& reviewed : record.review.files) {
+        requireStandardPath(std::filesystem::path(reviewed.entry.url), file);
+        requireStandardPath(std::filesystem::path(reviewed.root), file);
+    }
+    return record;
 }
 
 std::string encodeUndoItems(const std::vector<TrashedStorageFile>& items) {
@@ -138,7 +164,13 @@ std::string encodeUndoItems(const std::vector<TrashedStorageFile>& items) {
 std::vector<TrashedStorageFile> decodeUndoItems(std::string_view text,
                                                 const std::filesystem::path& file) {
     const JsonDocument document = verifiedDocument(text, file);
-    return readAll<TrashedStorageFile>(document.root().member("items"), readTrashedItem, file);
+    auto items =
+        readAll<TrashedStorageFile>(document.root().member("items"), readTrashedItem, file);
+    for (const auto& item : items) {
+        requireStandardPath(std::filesystem::path(item.original.url), file);
+        requireStandardPath(item.trashURL, file);
+    }
+    return items;
 }
 
 std::string readRecordFile(const std::filesystem::path& file) {

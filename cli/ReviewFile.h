@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "catalog/StorageLayout.h"
 #include "removal/LocationRemovalReview.h"
 #include "removal/StorageCleanupResult.h"
 
@@ -16,13 +17,22 @@ struct RecordFileError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The review as the JSON object `review` writes: version, id, owner, locations, affected
-// tools, files, then a checksum of everything before it.
-std::string encodeReview(const LocationRemovalReview& review);
-// Throws RecordFileError naming `file` when its text is not a review written by encodeReview.
-LocationRemovalReview decodeReview(std::string_view text, const std::filesystem::path& file);
+// A review as its file keeps it: the review, and the layout its scan placed the catalog in,
+// which the removal needs to derive again what the review may touch.
+struct ReviewRecord {
+    LocationRemovalReview review;
+    StorageLayout layout = nativeStorageLayout();
+};
 
-// The undo records as {"version":1,"items":[…]}, with a checksum like a review's.
+// The review as the JSON object `review` writes: version, id, owner, layout, locations,
+// affected tools, files, then a checksum of everything before it.
+std::string encodeReview(const ReviewRecord& record);
+// Throws RecordFileError naming `file` when its text is not a review written by encodeReview,
+// or names a path that is not absolute and standardized.
+ReviewRecord decodeReview(std::string_view text, const std::filesystem::path& file);
+
+// The undo records as {"version":1,"items":[…]}, with a checksum like a review's. Decoding
+// throws RecordFileError as for a review.
 std::string encodeUndoItems(const std::vector<TrashedStorageFile>& items);
 std::vector<TrashedStorageFile> decodeUndoItems(std::string_view text,
                                                 const std::filesystem::path& file);

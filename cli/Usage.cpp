@@ -110,7 +110,7 @@ Options:
   --select PATH      A folder of that tool to review, as the scan lists it. Repeatable.
   --all              Every folder of the tool that has something to review.
   --include-recent   Also take cache and log files younger than their age limits.
-  --out FILE         Where to write the review (replaced atomically).
+  --out FILE         Where to write the review (an earlier review there is replaced).
   --track PATH       A custom folder to scan too, as in 'scan'. Repeatable.
   --layout LAYOUT    "macos" or "linux", as in 'scan'.
   --no-pause         Do not pause 2 ms after every 256 entries while walking.
@@ -123,26 +123,35 @@ that cannot be reviewed; 2 usage error; 130 interrupted.
 
 const char* const removeHelp =
     R"(Usage: tallowmere-cli remove FILE [--permanent] [--yes] [--undo UNDOFILE]
-                            [--no-pause] [--json]
+                            [--track PATH]... [--no-pause] [--json]
 
-Carries out the review in FILE: each whole folder is walked again and removed only if
-its fingerprint is unchanged; each file only if it is still the one scanned. Items that
-changed are left in place and reported. The saved scan summary is deleted first.
+Carries out the review in FILE. Each item is first moved out of its place (into the Trash,
+or aside in its own folder) and then checked: a whole folder must still match its
+fingerprint, a file must still be the one scanned. An item that does not goes back, and
+is reported; a permanent removal deletes only what the check recorded. The saved scan
+summary is deleted first.
+
+The review only selects: what it may remove is derived again from the tool's locations
+(for the review's layout, with the folders given by --track) and anything else is refused.
 
 By default items go to the Trash, where the desktop's Trash shows them, and the undo
 records are written to UNDOFILE (default: FILE.undo.json) for 'tallowmere-cli restore'.
+The undo file is written before anything moves; a later removal adds to it; a file that
+is not an undo file is never replaced; two commands never use one undo file at once.
 
 Options:
   --permanent      Delete instead of moving to the Trash. There is no undo. Asks for
                    confirmation on a terminal; refused without --yes otherwise.
   --yes            Confirm a permanent deletion without asking.
-  --undo UNDOFILE  Where to write the undo records.
-  --no-pause       Do not pause 2 ms after every 256 entries while walking.
+  --undo UNDOFILE  Where to keep the undo records.
+  --track PATH     A tracked folder the review covers, as given to 'review'. Repeatable.
+  --no-pause       Do not pause 2 ms after every 256 entries while checking.
   --json           Print {"moved","items","errors","notice","error"}.
   --help           Show this help.
 
 Exit codes: 0 everything was removed; 1 some items were not (they are listed), or the
-review file cannot be used; 2 usage error.
+review or undo file cannot be used; 2 usage error; 130 interrupted (Ctrl-C stops between
+items; what was moved is recorded).
 )";
 
 const char* const restoreHelp =
@@ -151,6 +160,8 @@ const char* const restoreHelp =
 Moves the items in UNDOFILE back from the Trash to where they were. Nothing that exists
 at an original place is ever replaced; an item whose former folder is gone, or that
 changed in the Trash, stays there. UNDOFILE is rewritten with the items that remain.
+Only items that lie in one of your trash folders, whose trash record names the place
+they go back to, are restored.
 
 Options:
   --no-pause     Do not pause 2 ms after every 256 entries while checking folders.
@@ -158,7 +169,7 @@ Options:
   --help         Show this help.
 
 Exit codes: 0 everything was restored; 1 some items were not, or UNDOFILE cannot be
-used; 2 usage error.
+used; 2 usage error; 130 interrupted (the items not yet restored stay listed).
 )";
 
 }  // namespace tallowmere::cli

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "catalog/CustomFolder.h"
 #include "catalog/EditorBreakdown.h"
 #include "catalog/ToolCatalog.h"
 #include "measurement/AIStorageScanner.h"
@@ -144,6 +145,16 @@ std::vector<StorageLocation> discoverLocations(const std::filesystem::path& home
     appendServerExtensions(result, home);
     std::ranges::move(extensionBreakdown(result), std::back_inserter(result));
     return withoutRepeatedFolders(std::move(result), home);
+}
+
+std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
+                                               const Environment& environment, StorageLayout layout,
+                                               const std::vector<std::string>& trackedFolders) {
+    auto locations = discoverLocations(home, environment, layout);
+    for (const auto& folder : trackedFolders) {
+        locations.push_back(customFolderLocation(folder));
+    }
+    return locations;
 }
 
 std::vector<std::filesystem::path> safeDirectories(const std::filesystem::path& folder,

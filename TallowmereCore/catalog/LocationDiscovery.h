@@ -24,6 +24,13 @@ std::vector<StorageLocation> discoverLocations(const std::filesystem::path& home
                                                StorageLayout layout = nativeStorageLayout(),
                                                std::stop_token stopToken = {});
 
+// What one scan measures: the locations `discoverLocations` finds, then one custom location
+// per tracked folder (absolute, standardized), in the order given. Both front ends measure
+// this, and a removal derives from it what a review may remove.
+std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
+                                               const Environment& environment, StorageLayout layout,
+                                               const std::vector<std::string>& trackedFolders);
+
 // The visible sub-folders of `folder` among its first `limit` entries in byte order (files
 // count toward the limit), leaving out symbolic links; nothing when `folder` lies behind a
 // symbolic link or cannot be listed.

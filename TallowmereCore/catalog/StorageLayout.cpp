@@ -12,4 +12,8 @@ std::optional<StorageLayout> storageLayoutNamed(std::string_view name) {
     return std::nullopt;
 }
 
+std::string_view storageLayoutName(StorageLayout layout) {
+    return layout == StorageLayout::macos ? "macos" : "linux";
+}
+
 }  // namespace tallowmere

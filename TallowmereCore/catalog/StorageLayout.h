@@ -20,5 +20,7 @@ constexpr StorageLayout nativeStorageLayout() {
 
 // "macos" or "linux".
 std::optional<StorageLayout> storageLayoutNamed(std::string_view name);
+// The name `storageLayoutNamed` reads back.
+std::string_view storageLayoutName(StorageLayout layout);
 
 }  // namespace tallowmere

@@ -35,8 +35,12 @@ std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<FileEntry>&& list,
     std::vector<StorageCleanupFile> files;
     files.reserve(sorted.size());
     for (auto& ranked : sorted) {
-        files.push_back({std::move(ranked.item), scope.url, scope.location.category, ranked.size,
-                         includesRecent});
+        files.push_back({.entry = std::move(ranked.item),
+                         .root = scope.url,
+                         .category = scope.location.category,
+                         .allocatedBytes = ranked.size,
+                         .includesRecent = includesRecent,
+                         .statusChanged = std::nullopt});
     }
     return files;
 }

@@ -66,19 +66,6 @@ private:
     std::string m_path;
 };
 
-void writeAll(int descriptor, std::string_view bytes, const std::filesystem::path& file) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            fail(errno, "Cannot write " + file.native());
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 // Makes the rename itself survive a crash. File systems that cannot flush a folder answer
 // EINVAL; there is nothing more to do on those.
 void flushFolder(const std::filesystem::path& folder) {
@@ -88,24 +75,8 @@ void flushFolder(const std::filesystem::path& folder) {
     }
 }
 
-}  // namespace
-
-void write(const std::filesystem::path& file, std::string_view bytes) {
-    const auto folder = folderOf(file);
-    createFolders(folder);
-    TemporaryFile temporary(file);
-    writeAll(temporary.descriptor(), bytes, file);
-    if (::fsync(temporary.descriptor()) != 0) {
-        fail(errno, "Cannot flush " + file.native() + " to disk");
-    }
-    temporary.renameOver(file);
-    flushFolder(folder);
-}
-
-std::optional<std::string> readWholeFile(const std::filesystem::path& file, std::size_t maxBytes) {
-    // O_NONBLOCK keeps a FIFO from blocking the open; the type check below refuses it anyway.
-    const FileDescriptor descriptor(
-        ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+// The whole content of the regular file open as `descriptor`, up to `maxBytes`.
+std::optional<std::string> readOpened(const FileDescriptor& descriptor, std::size_t maxBytes) {
     struct stat status;
     if (!descriptor.valid() || ::fstat(descriptor.get(), &status) != 0 ||
         !S_ISREG(status.st_mode) || static_cast<std::uint64_t>(status.st_size) > maxBytes) {
@@ -127,6 +98,37 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& file, std:
         }
         content.append(buffer, static_cast<std::size_t>(count));
     }
+}
+
+}  // namespace
+
+void write(const std::filesystem::path& file, std::string_view bytes) {
+    const auto folder = folderOf(file);
+    createFolders(folder);
+    TemporaryFile temporary(file);
+    if (!writeAll(temporary.descriptor(), bytes)) {
+        fail(errno, "Cannot write " + file.native());
+    }
+    if (::fsync(temporary.descriptor()) != 0) {
+        fail(errno, "Cannot flush " + file.native() + " to disk");
+    }
+    temporary.renameOver(file);
+    flushFolder(folder);
+}
+
+std::optional<std::string> readWholeFile(const std::filesystem::path& file, std::size_t maxBytes) {
+    // O_NONBLOCK keeps a FIFO from blocking the open; the type check below refuses it anyway.
+    return readOpened(
+        FileDescriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)),
+        maxBytes);
+}
+
+std::optional<std::string> readWholeFileAt(int folderFd, const std::string& name,
+                                           std::size_t maxBytes) {
+    return readOpened(
+        FileDescriptor(::openat(folderFd, name.c_str(),
+                                O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW)),
+        maxBytes);
 }
 
 }  // namespace tallowmere::AtomicFile

@@ -19,4 +19,8 @@ void write(const std::filesystem::path& file, std::string_view bytes);
 // missing, unreadable, not a regular file or larger than `maxBytes`.
 std::optional<std::string> readWholeFile(const std::filesystem::path& file, std::size_t maxBytes);
 
+// The same for the file `name` in the open folder `folderFd`, never following a symbolic link.
+std::optional<std::string> readWholeFileAt(int folderFd, const std::string& name,
+                                           std::size_t maxBytes);
+
 }  // namespace tallowmere::AtomicFile

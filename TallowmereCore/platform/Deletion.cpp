@@ -21,19 +21,15 @@ namespace {
 
 constexpr std::size_t entriesPerRead = 4096;
 
-struct Entry {
-    std::string name;
-    bool folder = false;  // as listed; a non-folder may still turn out to be one
-};
-
 // One open folder of the walk and what is left to remove in it.
 struct Level {
     FileDescriptor fd;
     std::string name;  // in the folder above
     EntryStatus status;
-    std::vector<Entry> entries;
+    std::vector<std::string> entries;
     std::size_t next = 0;
     std::size_t failuresBefore = 0;  // a folder whose content failed cannot be empty
+    std::size_t keptBefore = 0;      // nor one whose content was kept
 };
 
 // What could not be removed: the first failure as "path: reason", and how many there were.
@@ -79,8 +75,7 @@ int readEntries(Level& level) {
     DirectoryChunk chunk;
     while (stream.readChunk(chunk, entriesPerRead, DirectoryStream::StatusReads::none)) {
         for (const auto& entry : chunk.entries) {
-            level.entries.push_back(
-                {std::string(chunk.name(entry)), entry.status.kind == EntryKind::directory});
+            level.entries.emplace_back(chunk.name(entry));
         }
     }
     return stream.readFailed() ? errno : 0;
@@ -88,18 +83,20 @@ int readEntries(Level& level) {
 
 // Removes a folder's tree depth first. Every call is relative to a folder descriptor checked
 // against what was seen before it was opened, so no path is resolved twice and no link is
-// followed; a folder on another mount is reported instead of entered.
+// followed; a folder on another mount is reported instead of entered. Each item's status is
+// read just before it goes, so that only what `removable` accepts is deleted.
 class FolderRemoval {
 public:
-    FolderRemoval(int topParentFd, const BeforeOpen& beforeOpen)
-        : m_topParentFd(topParentFd), m_beforeOpen(beforeOpen) {}
+    FolderRemoval(int topParentFd, const Removable& removable, const BeforeOpen& beforeOpen)
+        : m_topParentFd(topParentFd), m_removable(removable), m_beforeOpen(beforeOpen) {}
 
-    void run(const std::string& name, const EntryStatus& seen) {
+    std::size_t run(const std::string& name, const EntryStatus& seen) {
         enter(m_topParentFd, name, seen);
         while (!m_levels.empty()) {
             step();
         }
         m_failures.throwIfAny();
+        return m_kept;
     }
 
 private:
@@ -109,41 +106,32 @@ private:
             leave();
             return;
         }
-        const Entry entry = std::move(level.entries[level.next++]);
-        if (entry.folder || !removedAsNonFolder(level.fd.get(), entry.name)) {
-            descend(entry.name);
-        }
-    }
-
-    // False when the entry is a folder after all (EISDIR).
-    bool removedAsNonFolder(int folderFd, const std::string& name) {
-        if (::unlinkat(folderFd, name.c_str(), 0) == 0 || errno == ENOENT) {
-            return true;
-        }
-        if (errno == EISDIR) {
-            return false;
-        }
-        fail(name, errno);
-        return true;
-    }
-
-    void descend(const std::string& name) {
-        const Level& level = m_levels.back();
-        EntryStatus seen;
-        if (!readEntryStatus(level.fd.get(), name.c_str(), seen)) {
+        const std::string name = std::move(level.entries[level.next++]);
+        EntryStatus status;
+        if (!readEntryStatus(level.fd.get(), name.c_str(), status)) {
             if (errno != ENOENT) {
                 fail(name, errno);
             }
-        } else if (seen.kind != EntryKind::directory) {
-            // Replaced by a file or a link since it was listed: the entry itself goes.
-            if (::unlinkat(level.fd.get(), name.c_str(), 0) != 0 && errno != ENOENT) {
-                fail(name, errno);
-            }
-        } else if (!sameMount(seen, level.status)) {
+        } else if (!m_removable(pathOf(name), status)) {
+            ++m_kept;
+        } else if (status.kind != EntryKind::directory) {
+            removeNonFolder(level.fd.get(), name);
+        } else if (!sameMount(status, level.status)) {
             fail(name, EXDEV, "It is another mounted file system, so it was not entered.");
         } else {
-            enter(level.fd.get(), name, seen);
+            enter(level.fd.get(), name, status);
         }
+    }
+
+    void removeNonFolder(int folderFd, const std::string& name) {
+        if (::unlinkat(folderFd, name.c_str(), 0) == 0 || errno == ENOENT) {
+            return;
+        }
+        if (errno == EISDIR) {
+            ++m_kept;  // a folder put in its place since its status was read
+            return;
+        }
+        fail(name, errno);
     }
 
     void enter(int parentFd, const std::string& name, const EntryStatus& seen) {
@@ -165,6 +153,7 @@ private:
             return;
         }
         level.failuresBefore = m_failures.count();
+        level.keptBefore = m_kept;
         if (const int error = readEntries(level)) {
             fail(name, error);
         }
@@ -174,11 +163,18 @@ private:
     void leave() {
         const Level done = std::move(m_levels.back());
         m_levels.pop_back();
-        const int parentFd = m_levels.empty() ? m_topParentFd : m_levels.back().fd.get();
-        if (::unlinkat(parentFd, done.name.c_str(), AT_REMOVEDIR) != 0 && errno != ENOENT &&
-            m_failures.count() == done.failuresBefore) {
-            fail(done.name, errno);
+        if (m_kept != done.keptBefore || m_failures.count() != done.failuresBefore) {
+            return;  // not empty, and already accounted for
         }
+        const int parentFd = m_levels.empty() ? m_topParentFd : m_levels.back().fd.get();
+        if (::unlinkat(parentFd, done.name.c_str(), AT_REMOVEDIR) == 0 || errno == ENOENT) {
+            return;
+        }
+        if (errno == ENOTEMPTY || errno == EEXIST) {
+            ++m_kept;  // something was added after the folder was listed
+            return;
+        }
+        fail(done.name, errno);
     }
 
     void fail(const std::string& name, int code) { fail(name, code, describeErrno(code)); }
@@ -201,17 +197,22 @@ private:
     }
 
     int m_topParentFd;
+    const Removable& m_removable;
     const BeforeOpen& m_beforeOpen;
     std::vector<Level> m_levels;
     Failures m_failures;
+    std::size_t m_kept = 0;
 };
 
 }  // namespace
 
 void removeFile(const std::filesystem::path& path) {
     const auto file = PathRules::standardized(path);
-    const FileDescriptor parent = openFolderWithoutLinks(file.parent_path());
-    if (::unlinkat(parent.get(), file.filename().c_str(), 0) == 0) {
+    removeFileAt(openFolderWithoutLinks(file.parent_path()).get(), file.filename());
+}
+
+void removeFileAt(int folderFd, const std::string& name) {
+    if (::unlinkat(folderFd, name.c_str(), 0) == 0) {
         return;
     }
     if (errno == EISDIR) {
@@ -220,28 +221,9 @@ void removeFile(const std::filesystem::path& path) {
     throw FileSystemError::fromErrno(errno);
 }
 
-void removeFolder(const std::filesystem::path& folder, const BeforeOpen& beforeOpen) {
-    const auto path = PathRules::standardized(folder);
-    const std::string name = path.filename();
-    if (name.empty() || name == "." || name == "..") {
-        throw FileSystemError(EINVAL, "This is not a folder that can be removed.");
-    }
-    const FileDescriptor parent = openFolderWithoutLinks(path.parent_path());
-    EntryStatus parentStatus;
-    EntryStatus seen;
-    if (!readEntryStatus(parent.get(), "", parentStatus) ||
-        !readEntryStatus(parent.get(), name.c_str(), seen)) {
-        throw FileSystemError::fromErrno(errno);
-    }
-    if (seen.kind != EntryKind::directory) {
-        throw FileSystemError::fromErrno(seen.kind == EntryKind::symbolicLink ? ELOOP : ENOTDIR);
-    }
-    // A mount point cannot be removed; emptying it would delete a whole file system and still
-    // fail.
-    if (!sameMount(seen, parentStatus)) {
-        throw FileSystemError(EBUSY, "It is the mount point of another file system.");
-    }
-    FolderRemoval(parent.get(), beforeOpen).run(name, seen);
+std::size_t removeFolderAt(int parentFd, const std::string& name, const EntryStatus& seen,
+                           const Removable& removable, const BeforeOpen& beforeOpen) {
+    return FolderRemoval(parentFd, removable, beforeOpen).run(name, seen);
 }
 
 }  // namespace tallowmere::Deletion

@@ -26,7 +26,7 @@ EntryKind kindOf(std::uint16_t mode) {
 
 bool readEntryStatus(int directoryFd, const char* name, EntryStatus& status) {
     constexpr unsigned wanted = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_INO | STATX_SIZE |
-                                STATX_BLOCKS | STATX_MTIME | STATX_MNT_ID;
+                                STATX_BLOCKS | STATX_MTIME | STATX_CTIME | STATX_MNT_ID;
     const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
     struct statx result;
     if (::statx(directoryFd, name, flags, wanted, &result) != 0) {
@@ -43,6 +43,9 @@ bool readEntryStatus(int directoryFd, const char* name, EntryStatus& status) {
     status.hasModified = (result.stx_mask & STATX_MTIME) != 0;
     status.modifiedSeconds = result.stx_mtime.tv_sec;
     status.modifiedNanoseconds = static_cast<std::int32_t>(result.stx_mtime.tv_nsec);
+    status.hasStatusChanged = (result.stx_mask & STATX_CTIME) != 0;
+    status.statusChangedSeconds = result.stx_ctime.tv_sec;
+    status.statusChangedNanoseconds = static_cast<std::int32_t>(result.stx_ctime.tv_nsec);
     status.mountId = (result.stx_mask & STATX_MNT_ID) ? result.stx_mnt_id : 0;
     return true;
 }

@@ -18,6 +18,11 @@ struct EntryStatus {
     std::int64_t modifiedSeconds = 0;
     std::int32_t modifiedNanoseconds = 0;
     bool hasModified = false;
+    // The last change of the entry's content or metadata; a rewrite that restores the size and
+    // modification date still moves it. Renaming the entry moves it too.
+    std::int64_t statusChangedSeconds = 0;
+    std::int32_t statusChangedNanoseconds = 0;
+    bool hasStatusChanged = false;
     // The mount the entry was reached through; 0 when the kernel cannot tell.
     std::uint64_t mountId = 0;
 };

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <string_view>
 #include <utility>
 
 namespace tallowmere {
@@ -38,5 +40,18 @@ private:
 
     int m_fd = -1;
 };
+
+// Writes all of `bytes` to `fd`, going on after interrupted or short writes. Returns false and
+// sets errno when a write fails.
+[[nodiscard]] inline bool writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        bytes.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+    }
+    return true;
+}
 
 }  // namespace tallowmere

@@ -6,17 +6,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <ctime>
-#include <string>
+#include <optional>
 #include <string_view>
 
+#include "platform/AtomicFile.h"
 #include "platform/EntryStatus.h"
 #include "platform/FileDescriptor.h"
 #include "platform/FileSystemError.h"
-#include "platform/FolderDescriptors.h"
 #include "platform/PathRules.h"
-#include "platform/TrashFolder.h"
+#include "platform/Renaming.h"
 #include "platform/TrashInfo.h"
 
 namespace tallowmere::Trash {
@@ -25,15 +24,7 @@ namespace {
 
 constexpr std::string_view infoSuffix = ".trashinfo";
 constexpr unsigned maxCandidates = 100000;
-
-// EINVAL from renameat2 means RENAME_NOREPLACE is unsupported; a plain rename could replace
-// what lies at the destination, so there is no fallback.
-FileSystemError renameError(int code) {
-    if (code == EINVAL) {
-        return {code, "This file system cannot move items without the risk of replacing another."};
-    }
-    return FileSystemError::fromErrno(code);
-}
+constexpr std::size_t maxInfoBytes = 65536;
 
 FileSystemError trashMoveError(int code) {
     if (code == EXDEV) {
@@ -41,7 +32,7 @@ FileSystemError trashMoveError(int code) {
                 "Its trash is on another mount, and items are never copied between file systems, "
                 "so it was left in place."};
     }
-    return renameError(code);
+    return Renaming::failure(code);
 }
 
 // The trash's name for the item: its own, or "name.N" when that is taken; cut at a character
@@ -56,7 +47,12 @@ std::string candidateName(const std::string& name, unsigned number) {
     return name.substr(0, length) + suffix;
 }
 
-// The item's original place as its info file records it.
+std::string infoName(const std::string& name) {
+    return name + std::string(infoSuffix);
+}
+
+// The item's original place as its info file records it: absolute in the home trash, relative
+// to the mount point in a trash at the top of a mount.
 std::string recordedPath(const std::filesystem::path& item, const std::filesystem::path& top) {
     if (top.empty()) {
         return item.native();
@@ -91,7 +87,9 @@ public:
             throw FileSystemError::fromErrno(errno);
         }
         m_created = true;
-        writeAll(file.get(), content);
+        if (!writeAll(file.get(), content)) {
+            throw FileSystemError::fromErrno(errno);
+        }
         if (::fsync(file.get()) != 0 || ::fsync(m_infoFd) != 0) {
             throw FileSystemError::fromErrno(errno);
         }
@@ -101,16 +99,6 @@ public:
     void keep() { m_kept = true; }
 
 private:
-    static void writeAll(int fd, std::string_view bytes) {
-        while (!bytes.empty()) {
-            const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-            if (written < 0 && errno != EINTR) {
-                throw FileSystemError::fromErrno(errno);
-            }
-            bytes.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
-        }
-    }
-
     int m_infoFd;
     std::string m_fileName;
     bool m_created = false;
@@ -123,12 +111,12 @@ std::string moveUnderFreeName(int parentFd, const std::string& name, const Trash
                               std::string_view info) {
     for (unsigned number = 1; number <= maxCandidates; ++number) {
         const std::string candidate = candidateName(name, number);
-        InfoFile infoFile(trash.info.get(), candidate + std::string(infoSuffix));
+        InfoFile infoFile(trash.info.get(), infoName(candidate));
         if (!infoFile.create(info)) {
             continue;
         }
-        if (::renameat2(parentFd, name.c_str(), trash.files.get(), candidate.c_str(),
-                        RENAME_NOREPLACE) == 0) {
+        if (Renaming::moveWithoutReplacing(parentFd, name.c_str(), trash.files.get(),
+                                           candidate.c_str())) {
             infoFile.keep();
             return candidate;
         }
@@ -140,68 +128,73 @@ std::string moveUnderFreeName(int parentFd, const std::string& name, const Trash
     throw FileSystemError(EEXIST, "The trash already holds too many items of this name.");
 }
 
-FileDescriptor openFormerFolder(const std::filesystem::path& folder) {
-    try {
-        return openFolderWithoutLinks(folder);
-    } catch (const FileSystemError& error) {
-        if (error.code() == ENOENT) {
-            throw FileSystemError(ENOENT, "The folder it was in no longer exists.");
-        }
-        throw;
+// The former place `info` records, made absolute for a trash at the top of a mount.
+std::optional<std::filesystem::path> recordedPlace(std::string_view info,
+                                                   const TrashFolder& trash) {
+    const auto path = trashInfoPath(info);
+    if (!path || path->empty()) {
+        return std::nullopt;
     }
+    if (path->front() == '/' || trash.topFolder.empty()) {
+        return PathRules::standardized(*path);
+    }
+    return PathRules::standardized(trash.topFolder / *path);
 }
 
-// Removes the info file of an item just taken out of `filesFd`. A failure is not reported:
-// the item is back, and a stale record only leaves a dead entry in the desktop's Trash.
-void forgetInfoFile(int filesFd, const std::string& name) {
-    const FileDescriptor trash = openFolderAt(filesFd, "..", O_PATH);
-    const FileDescriptor info =
-        trash.valid() ? openFolderAt(trash.get(), "info", O_PATH) : FileDescriptor();
-    if (info.valid()) {
-        ::unlinkat(info.get(), (name + std::string(infoSuffix)).c_str(), 0);
-    }
+[[noreturn]] void failNotTrashed(const std::string& why) {
+    throw FileSystemError(ENOENT, why);
 }
 
 }  // namespace
 
-TrashedItem moveToTrash(const std::filesystem::path& item, const FileIdentity& expected) {
+TrashedItem moveIn(int parentFd, const std::filesystem::path& item) {
     const auto path = PathRules::standardized(item);
     const std::string name = path.filename();
     if (name.empty() || name == "." || name == "..") {
         throw FileSystemError(EINVAL, "This is not an item that can be moved to the trash.");
     }
-    const FileDescriptor parent = openFolderWithoutLinks(path.parent_path());
     EntryStatus parentStatus;
-    EntryStatus itemStatus;  // read so that a missing item fails before a trash is created
-    if (!readEntryStatus(parent.get(), "", parentStatus) ||
-        !readEntryStatus(parent.get(), name.c_str(), itemStatus)) {
+    if (!readEntryStatus(parentFd, "", parentStatus)) {
         throw FileSystemError::fromErrno(errno);
     }
-    const TrashFolder trash = trashFolderFor(path.parent_path(), parentStatus);
+    TrashFolder trash = trashFolderFor(path.parent_path(), parentStatus);
     if (trash.location == path || PathRules::isInside(trash.location.native(), path.native())) {
         throw FileSystemError(EINVAL, "The trash lies inside this item, so it cannot go there.");
     }
     const std::string info = trashInfoText(recordedPath(path, trash.topFolder), std::time(nullptr));
-    const std::string trashName = moveUnderFreeName(parent.get(), name, trash, info);
-    EntryStatus moved;
-    const bool matches =
-        readEntryStatus(trash.files.get(), trashName.c_str(), moved) && moved.identity == expected;
-    return {trash.location / "files" / trashName, matches};
+    const std::string trashName = moveUnderFreeName(parentFd, name, trash, info);
+    return {trash.location / "files" / trashName, std::move(trash), trashName};
 }
 
-void restore(const std::filesystem::path& trashed, const std::filesystem::path& original) {
-    const auto source = PathRules::standardized(trashed);
-    const auto target = PathRules::standardized(original);
-    const FileDescriptor from = openFolderWithoutLinks(source.parent_path());
-    const FileDescriptor to = openFormerFolder(target.parent_path());
-    const std::string name = source.filename();
-    if (::renameat2(from.get(), name.c_str(), to.get(), target.filename().c_str(),
-                    RENAME_NOREPLACE) != 0) {
-        throw renameError(errno);
+TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original) {
+    const auto path = PathRules::standardized(location);
+    if (!path.is_absolute() || path.parent_path().filename() != "files") {
+        failNotTrashed("It is not in a trash’s files folder, so it is not restored from there.");
     }
-    if (source.parent_path().filename() == "files") {
-        forgetInfoFile(from.get(), name);
+    auto trash = existingTrashFolder(path.parent_path().parent_path());
+    if (!trash) {
+        failNotTrashed("It is not in one of your trash folders, so it is not restored from there.");
     }
+    const std::string name = path.filename();
+    const auto info = AtomicFile::readWholeFileAt(trash->info.get(), infoName(name), maxInfoBytes);
+    const auto place = info ? recordedPlace(*info, *trash) : std::nullopt;
+    if (!place || *place != PathRules::standardized(original)) {
+        failNotTrashed(
+            "Its trash record does not name this place as where it came from, so it is not "
+            "restored there.");
+    }
+    return {path, std::move(*trash), name};
+}
+
+void moveOut(const TrashedItem& item, int folderFd, const std::string& name) {
+    if (!Renaming::moveWithoutReplacing(item.folderFd(), item.name.c_str(), folderFd,
+                                        name.c_str())) {
+        throw Renaming::failure(errno);
+    }
+}
+
+void forget(const TrashedItem& item) {
+    ::unlinkat(item.trash.info.get(), infoName(item.name).c_str(), 0);
 }
 
 }  // namespace tallowmere::Trash

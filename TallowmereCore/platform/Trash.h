@@ -1,28 +1,41 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
-#include "platform/FileIdentity.h"
+#include "platform/TrashFolder.h"
 
 namespace tallowmere::Trash {
 
-// Where a trashed item now lies, and whether the item found there is still the one that was
-// moved (its identity checked after the move).
+// An item in the files/ folder of a trash, reached through the trash's open folders, so that
+// it can be checked where it lies and moved on without its path being looked up again.
 struct TrashedItem {
-    std::filesystem::path location;
-    bool identityMatches = true;
+    std::filesystem::path location;  // the trash's files/ folder and `name`
+    TrashFolder trash;
+    std::string name;  // in files/
+
+    int folderFd() const { return trash.files.get(); }
 };
 
-// Moves the file or folder at `item` (a symbolic link is moved as the link, never followed)
-// into the trash of its file system, as the desktop's Trash shows it: the home trash for the
-// home folder's file system, else the trash at the top of the item's mount. Never copies
-// between file systems and never replaces anything. Throws FileSystemError when the item
-// stays in place.
-TrashedItem moveToTrash(const std::filesystem::path& item, const FileIdentity& expected);
+// Moves `item`, whose folder is open as `parentFd`, into the trash of its file system as the
+// desktop's Trash shows it (the home trash for the home folder's file system, else the trash at
+// the top of the item's mount), its info file written first; a symbolic link is moved as the
+// link. Never copies between file systems and never replaces anything. Throws FileSystemError
+// when the item stays in place.
+TrashedItem moveIn(int parentFd, const std::filesystem::path& item);
 
-// Moves `trashed` (a location `moveToTrash` returned) back to `original` without creating
-// missing folders and without replacing anything there, then forgets its trash record.
-// Throws FileSystemError when the item stays in the trash.
-void restore(const std::filesystem::path& trashed, const std::filesystem::path& original);
+// The item at `location` when that lies directly in the files/ folder of one of this user's
+// trashes and the item's info file records `original` as its former place. Throws
+// FileSystemError otherwise: an undo record alone never makes something restorable.
+TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original);
+
+// Moves `item` out of the trash to `name` in the open folder `folderFd`, without creating
+// folders or replacing anything; its info file stays until `forget`. Throws FileSystemError
+// when the item stays in the trash.
+void moveOut(const TrashedItem& item, int folderFd, const std::string& name);
+
+// Removes the info file of an item moved out of the trash. A failure is not reported: the item
+// is out, and a stale record only leaves a dead entry in the desktop's Trash.
+void forget(const TrashedItem& item);
 
 }  // namespace tallowmere::Trash

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -20,23 +19,23 @@ namespace tallowmere {
 
 namespace {
 
-[[noreturn]] void failNoUsableTrash(int code) {
+[[noreturn]] void failNoUsableTrash(int code, const std::filesystem::path& trash) {
+    if (code == EPERM) {
+        throw FileSystemError(code, "The trash " + trash.native() +
+                                        " belongs to another user or others may change it, so "
+                                        "nothing was moved there.");
+    }
     throw FileSystemError(code, "No usable trash was found for this item’s file system.");
 }
 
 // Nothing when no home folder is known; items can then only go to the trash of their mount.
 std::optional<std::filesystem::path> dataHome() {
-    const char* variable = std::getenv("XDG_DATA_HOME");
-    std::filesystem::path configured;
     try {
-        configured = variable && variable[0] == '/'
-                         ? std::filesystem::path(variable)
-                         : UserFolders::homeFolder() / ".local" / "share";
+        // The user's own data folder may be reached through a link; the trash in it never is.
+        return PathRules::resolvingSymlinks(UserFolders::dataFolder());
     } catch (const std::runtime_error&) {
         return std::nullopt;
     }
-    // The user's own data folder may be reached through a link; the trash in it never is.
-    return PathRules::resolvingSymlinks(configured);
 }
 
 // The status of `path`, or else of its nearest ancestor that exists: a trash not created yet
@@ -74,25 +73,38 @@ FileDescriptor openCreatingMissing(const std::filesystem::path& folder) {
     return current;
 }
 
-// Sets errno to EPERM when the folder belongs to someone else, who could read or replace what
-// is trashed there.
-bool ownedByUser(int folderFd) {
+// Sets errno to EPERM when the folder belongs to someone else or others may write in it: they
+// could read, replace or plant what is trashed there.
+bool privateToUser(int folderFd) {
     struct stat status;
     if (::fstat(folderFd, &status) != 0) {
         return false;
     }
-    errno = status.st_uid == ::getuid() ? 0 : EPERM;
-    return errno == 0;
+    const bool ownPrivate =
+        status.st_uid == ::getuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+    errno = ownPrivate ? 0 : EPERM;
+    return ownPrivate;
 }
 
-// Fills in files/ and info/ of an opened trash; false with errno set when one is unusable.
-bool openParts(int trashFd, TrashFolder& trash) {
-    trash.files = openOrCreateFolder(trashFd, "files", O_PATH);
-    if (!trash.files.valid()) {
+enum class Missing { create, refuse };
+
+FileDescriptor openPart(int parentFd, const char* name, int flags, Missing missing) {
+    return missing == Missing::create ? openOrCreateFolder(parentFd, name, flags)
+                                      : openFolderAt(parentFd, name, flags);
+}
+
+// Fills in files/ and info/ of an opened trash, checking it and them; false with errno set when
+// one is unusable.
+bool openParts(int trashFd, TrashFolder& trash, Missing missing) {
+    if (!privateToUser(trashFd)) {
         return false;
     }
-    trash.info = openOrCreateFolder(trashFd, "info", O_RDONLY);
-    return trash.info.valid();
+    trash.files = openPart(trashFd, "files", O_PATH, missing);
+    if (!trash.files.valid() || !privateToUser(trash.files.get())) {
+        return false;
+    }
+    trash.info = openPart(trashFd, "info", O_RDONLY, missing);
+    return trash.info.valid() && privateToUser(trash.info.get());
 }
 
 TrashFolder homeTrash(const std::filesystem::path& home) {
@@ -100,8 +112,8 @@ TrashFolder homeTrash(const std::filesystem::path& home) {
     const FileDescriptor trashFd =
         data.valid() ? openOrCreateFolder(data.get(), "Trash", O_PATH) : FileDescriptor();
     TrashFolder trash{home / "Trash", {}, {}, {}};
-    if (!trashFd.valid() || !openParts(trashFd.get(), trash)) {
-        failNoUsableTrash(errno);
+    if (!trashFd.valid() || !openParts(trashFd.get(), trash, Missing::create)) {
+        failNoUsableTrash(errno, trash.location);
     }
     return trash;
 }
@@ -117,7 +129,7 @@ std::optional<TrashFolder> sharedTopTrash(int topFd, const std::filesystem::path
     const std::string user = std::to_string(::getuid());
     const FileDescriptor own = openOrCreateFolder(shared.get(), user.c_str(), O_PATH);
     TrashFolder trash{top / ".Trash" / user, top, {}, {}};
-    if (!own.valid() || !ownedByUser(own.get()) || !openParts(own.get(), trash)) {
+    if (!own.valid() || !openParts(own.get(), trash, Missing::create)) {
         return std::nullopt;
     }
     return trash;
@@ -128,8 +140,8 @@ TrashFolder ownTopTrash(int topFd, const std::filesystem::path& top) {
     const std::string name = ".Trash-" + std::to_string(::getuid());
     const FileDescriptor own = openOrCreateFolder(topFd, name.c_str(), O_PATH);
     TrashFolder trash{top / name, top, {}, {}};
-    if (!own.valid() || !ownedByUser(own.get()) || !openParts(own.get(), trash)) {
-        failNoUsableTrash(errno);
+    if (!own.valid() || !openParts(own.get(), trash, Missing::create)) {
+        failNoUsableTrash(errno, trash.location);
     }
     return trash;
 }
@@ -139,10 +151,10 @@ TrashFolder topTrash(const std::filesystem::path& folder, const EntryStatus& fol
     const FileDescriptor topFd = openFolderWithoutLinks(top);
     EntryStatus topStatus;
     if (!readEntryStatus(topFd.get(), "", topStatus)) {
-        failNoUsableTrash(errno);
+        failNoUsableTrash(errno, top);
     }
     if (!sameMount(topStatus, folderStatus)) {
-        failNoUsableTrash(EXDEV);  // the mounts changed while the top was looked for
+        failNoUsableTrash(EXDEV, top);  // the mounts changed while the top was looked for
     }
     if (auto shared = sharedTopTrash(topFd.get(), top)) {
         return std::move(*shared);
@@ -159,6 +171,50 @@ TrashFolder trashFolderFor(const std::filesystem::path& folder, const EntryStatu
         return homeTrash(*home);
     }
     return topTrash(folder, folderStatus);
+}
+
+namespace {
+
+// The trash at `location` when it is this user's own: the home trash, or one at the top of
+// a mount in either of the freedesktop.org forms.
+std::optional<TrashFolder> openExisting(const std::filesystem::path& location,
+                                        const std::filesystem::path& top) {
+    FileDescriptor trashFd;
+    try {
+        trashFd = openFolderWithoutLinks(location);
+    } catch (const FileSystemError&) {
+        return std::nullopt;
+    }
+    TrashFolder trash{location, top, {}, {}};
+    if (!openParts(trashFd.get(), trash, Missing::refuse)) {
+        return std::nullopt;
+    }
+    return trash;
+}
+
+bool isMountTop(const std::filesystem::path& folder) {
+    EntryStatus status;
+    return readEntryStatus(AT_FDCWD, folder.c_str(), status) &&
+           mountPointOf(folder, status) == folder;
+}
+
+}  // namespace
+
+std::optional<TrashFolder> existingTrashFolder(const std::filesystem::path& location) {
+    const auto path = PathRules::standardized(location);
+    const std::string user = std::to_string(::getuid());
+    if (const auto home = dataHome(); home && path == *home / "Trash") {
+        return openExisting(path, {});
+    }
+    const auto parent = path.parent_path();
+    if (path.filename() == ".Trash-" + user && isMountTop(parent)) {
+        return openExisting(path, parent);
+    }
+    const auto top = parent.parent_path();
+    if (path.filename() == user && parent.filename() == ".Trash" && isMountTop(top)) {
+        return openExisting(path, top);
+    }
+    return std::nullopt;
 }
 
 }  // namespace tallowmere

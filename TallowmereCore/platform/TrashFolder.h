@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 #include "platform/EntryStatus.h"
 #include "platform/FileDescriptor.h"
@@ -19,9 +20,13 @@ struct TrashFolder {
 
 // The trash that takes items from `folder` (absolute, without symbolic links; `folderStatus`
 // its status), created as needed: the home trash when it lies on the same mount, else the
-// trash at the top of the folder's mount. A trash folder or part of one that is a symbolic link
-// or belongs to another user is never used. Throws FileSystemError ("No usable trash…") when
-// there is none to use.
+// trash at the top of the folder's mount. A trash folder or part of one that is a symbolic link,
+// belongs to another user or may be changed by others is never used. Throws FileSystemError
+// when there is none to use.
 TrashFolder trashFolderFor(const std::filesystem::path& folder, const EntryStatus& folderStatus);
+
+// The trash folder at `location` (absolute, standardized) when it is one of this user's trashes,
+// as `trashFolderFor` would use it, and exists; nothing otherwise. Creates nothing.
+std::optional<TrashFolder> existingTrashFolder(const std::filesystem::path& location);
 
 }  // namespace tallowmere

@@ -1,5 +1,7 @@
 #include "platform/TrashInfo.h"
 
+#include <algorithm>
+
 namespace tallowmere {
 
 namespace {
@@ -28,6 +30,37 @@ std::string percentEncoded(const std::string& path) {
     return encoded;
 }
 
+int hexValue(char digit) {
+    if (digit >= '0' && digit <= '9') {
+        return digit - '0';
+    }
+    if (digit >= 'A' && digit <= 'F') {
+        return digit - 'A' + 10;
+    }
+    if (digit >= 'a' && digit <= 'f') {
+        return digit - 'a' + 10;
+    }
+    return -1;
+}
+
+std::optional<std::string> percentDecoded(std::string_view text) {
+    std::string decoded;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (text[index] != '%') {
+            decoded += text[index];
+            continue;
+        }
+        const int high = index + 2 < text.size() ? hexValue(text[index + 1]) : -1;
+        const int low = high >= 0 ? hexValue(text[index + 2]) : -1;
+        if (low < 0) {
+            return std::nullopt;
+        }
+        decoded += static_cast<char>(high * 16 + low);
+        index += 2;
+    }
+    return decoded;
+}
+
 std::string localTimeText(std::time_t time) {
     std::tm parts{};
     ::localtime_r(&time, &parts);
@@ -41,6 +74,21 @@ std::string localTimeText(std::time_t time) {
 std::string trashInfoText(const std::string& originalPath, std::time_t deletion) {
     return "[Trash Info]\nPath=" + percentEncoded(originalPath) +
            "\nDeletionDate=" + localTimeText(deletion) + "\n";
+}
+
+std::optional<std::string> trashInfoPath(std::string_view text) {
+    bool inGroup = false;
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size());
+        const std::string_view line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.starts_with('[')) {
+            inGroup = line == "[Trash Info]";
+        } else if (inGroup && line.starts_with("Path=")) {
+            return percentDecoded(line.substr(5));
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace tallowmere

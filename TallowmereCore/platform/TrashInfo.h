@@ -1,7 +1,9 @@
 #pragma once
 
 #include <ctime>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tallowmere {
 
@@ -9,5 +11,9 @@ namespace tallowmere {
 // relative to the mount point for a trash at the top of a mount) percent-encoded byte by byte,
 // and `deletion` as local time.
 std::string trashInfoText(const std::string& originalPath, std::time_t deletion);
+
+// The original path an info file records (percent-decoded, so any bytes), or nothing when
+// `text` is not an info file: no "[Trash Info]" group, no Path key in it, or a broken escape.
+std::optional<std::string> trashInfoPath(std::string_view text);
 
 }  // namespace tallowmere

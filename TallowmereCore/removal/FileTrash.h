@@ -1,19 +1,17 @@
 #pragma once
 
-#include <filesystem>
+#include <optional>
 
+#include "measurement/Date.h"
 #include "measurement/FileEntry.h"
-#include "platform/Trash.h"
+#include "platform/EntryStatus.h"
 
 namespace tallowmere::FileTrash {
 
-// The entry's path when the file there is still exactly the one the scan recorded (not a
-// link; same identity, modification date and size). Throws FileTrashError when it changed,
-// FileSystemError when it cannot be read.
-std::filesystem::path validate(const FileEntry& entry);
-
-// Validates the entry, then moves the file to the Trash; returns where it now lies. Throws as
-// `validate` does, or FileSystemError when the move fails.
-Trash::TrashedItem move(const FileEntry& entry);
+// Throws FileTrashError unless `status` is still the file `entry` records: a regular file, not
+// a link, with the same identity (when one was recorded), modification date and size, and the
+// same status change time when `statusChanged` is given.
+void validate(const FileEntry& entry, const EntryStatus& status,
+              std::optional<Date> statusChanged = std::nullopt);
 
 }  // namespace tallowmere::FileTrash

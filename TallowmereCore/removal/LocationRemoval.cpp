@@ -1,18 +1,17 @@
 #include <set>
+#include <stdexcept>
 
 #include "platform/Deletion.h"
-#include "platform/FileSystemError.h"
+#include "platform/Mounts.h"
 #include "platform/PathRules.h"
-#include "platform/Trash.h"
-#include "removal/FileCleanup.h"
+#include "removal/FolderCheck.h"
+#include "removal/ItemInHand.h"
 #include "removal/RemovalErrors.h"
 #include "removal/StorageLocationTrash.h"
 
 namespace tallowmere::StorageLocationTrash {
 
 namespace {
-
-constexpr std::int64_t removalSnapshotLimit = 100000;
 
 std::set<std::string> outermostPaths(const std::vector<StorageLocationSnapshot>& snapshots) {
     std::vector<std::filesystem::path> folders;
@@ -26,40 +25,89 @@ std::set<std::string> outermostPaths(const std::vector<StorageLocationSnapshot>&
     return paths;
 }
 
-void removeOne(const StorageLocationSnapshot& reviewed, StorageRemovalMethod method,
-               const ScanOptions& options, StorageCleanupResult& result) {
-    const auto fresh =
-        snapshot(reviewed.url, reviewed.category, reviewed.detail, removalSnapshotLimit, options);
-    if (fresh.fingerprint != reviewed.fingerprint) {
+std::string keptText(std::size_t kept) {
+    return std::to_string(kept) + (kept == 1 ? " item was" : " items were") +
+           " added or changed while it was being deleted, so they were kept with the folders "
+           "that hold them.";
+}
+
+// Takes the reviewed folder from its place and checks the taken object against the review;
+// anything else goes back. Answers the folder's records, which say what may be deleted.
+FolderRecords takeChecked(ItemInHand& item, const StorageLocationSnapshot& reviewed,
+                          StorageRemovalMethod method, const RemovalOptions& options) {
+    const EntryStatus& found = item.statusAtPlace();
+    if (found.kind != EntryKind::directory || found.identity.text() != reviewed.fileIdentity) {
         throw FileTrashError();
     }
+    if (!sameMount(found, item.folderStatus())) {
+        throw ReviewError(ReviewError::Kind::broadLocation);  // a mount point
+    }
+    options.step(RemovalOptions::Step::found, reviewed.url);
+    item.take(method);
+    try {
+        options.step(RemovalOptions::Step::taken, reviewed.url);
+        auto records =
+            checkedFolder(item.heldFolderFd(), item.heldName(), reviewed, options.checkOptions());
+        options.step(RemovalOptions::Step::checked, reviewed.url);
+        return records;
+    } catch (const std::exception& error) {
+        throw std::runtime_error(error.what() + item.putBack());
+    }
+}
+
+// Deletes what the check recorded and nothing else; what is left goes back to its place.
+void deleteChecked(ItemInHand& item, const StorageLocationSnapshot& reviewed,
+                   const FolderRecords& records) {
+    const auto removable = [&records](std::string_view path, const EntryStatus& status) {
+        return records.contains(path, status);
+    };
+    std::size_t kept = 0;
+    try {
+        const EntryStatus held = item.heldStatus();
+        if (held.identity.text() != reviewed.fileIdentity) {
+            throw FileTrashError();
+        }
+        kept = Deletion::removeFolderAt(item.heldFolderFd(), item.heldName(), held, removable);
+    } catch (const std::exception& error) {
+        throw std::runtime_error(error.what() + item.putBack());
+    }
+    if (kept > 0) {
+        throw std::runtime_error(keptText(kept) + item.putBack());
+    }
+}
+
+void removeOne(const StorageLocationSnapshot& reviewed, StorageRemovalMethod method,
+               const RemovalOptions& options, StorageCleanupResult& result) {
+    ItemInHand item = ItemInHand::at(PathRules::standardized(reviewed.url));
+    const FolderRecords records = takeChecked(item, reviewed, method, options);
     if (method == StorageRemovalMethod::permanent) {
-        Deletion::removeFolder(reviewed.url);
+        deleteChecked(item, reviewed, records);
         ++result.moved;
         return;
     }
-    const auto identity = FileIdentity::parse(fresh.fileIdentity);
-    if (!identity) {
-        throw ReviewError(ReviewError::Kind::unavailable);
-    }
-    const auto trashed = Trash::moveToTrash(reviewed.url, *identity);
+    FileEntry original;
+    original.url = reviewed.url;
+    original.bytes = 0;
+    original.modified = reviewed.modified;
+    original.fileIdentity = reviewed.fileIdentity;
     ++result.moved;
-    result.items.push_back(
-        {{reviewed.url, 0, reviewed.modified, reviewed.fileIdentity}, trashed.location, reviewed});
-    if (!trashed.identityMatches) {
-        result.errors.push_back(PathRules::lastComponent(reviewed.url) + ": " +
-                                AIStorageCleanup::changedInTrashDescription);
+    result.items.push_back({std::move(original), item.trashLocation(), reviewed});
+    if (options.onTrashed) {
+        options.onTrashed(result.items.back());
     }
 }
 
 }  // namespace
 
 StorageCleanupResult remove(const std::vector<StorageLocationSnapshot>& snapshots,
-                            StorageRemovalMethod method, const ScanOptions& options) {
+                            StorageRemovalMethod method, const RemovalOptions& options) {
     const auto outermostSet = outermostPaths(snapshots);
     StorageCleanupResult result;
     std::set<std::string> handled;
     for (const auto& reviewed : snapshots) {
+        if (options.stopToken.stop_requested()) {
+            break;
+        }
         if (!outermostSet.contains(reviewed.url.native()) ||
             !handled.insert(reviewed.url.native()).second) {
             continue;
@@ -74,7 +122,7 @@ StorageCleanupResult remove(const std::vector<StorageLocationSnapshot>& snapshot
 }
 
 StorageCleanupResult moveToTrash(const std::vector<StorageLocationSnapshot>& snapshots,
-                                 const ScanOptions& options) {
+                                 const RemovalOptions& options) {
     return remove(snapshots, StorageRemovalMethod::trash, options);
 }
 

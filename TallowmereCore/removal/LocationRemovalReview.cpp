@@ -2,9 +2,15 @@
 
 #include <uuid/uuid.h>
 
+#include <fcntl.h>
+
 #include <algorithm>
 
+#include "platform/EntryStatus.h"
+#include "platform/PathRules.h"
 #include "removal/FileCleanup.h"
+#include "removal/FileTrash.h"
+#include "removal/RemovalErrors.h"
 #include "removal/StorageLocationTrash.h"
 #include "removal/StorageRemovalPlan.h"
 
@@ -20,6 +26,27 @@ std::string newIdentifier() {
     char text[37];
     uuid_unparse_lower(bytes, text);
     return text;
+}
+
+void append(StorageCleanupResult& result, const StorageCleanupResult& more) {
+    result.moved += more.moved;
+    result.items.insert(result.items.end(), more.items.begin(), more.items.end());
+    result.errors.insert(result.errors.end(), more.errors.begin(), more.errors.end());
+}
+
+// The file's status change time now, when it is still the file the scan recorded.
+std::optional<Date> statusChangedOf(const StorageCleanupFile& file) {
+    EntryStatus status;
+    const std::filesystem::path path = file.entry.url;
+    if (!readEntryStatus(AT_FDCWD, path.c_str(), status) || !status.hasStatusChanged) {
+        return std::nullopt;
+    }
+    try {
+        FileTrash::validate(file.entry, status);
+    } catch (const FileTrashError&) {
+        return std::nullopt;  // changed since the scan; the removal will find it so
+    }
+    return dateFromFileTime(status.statusChangedSeconds, status.statusChangedNanoseconds);
 }
 
 std::string counted(std::size_t count, const char* noun) {
@@ -63,6 +90,9 @@ std::optional<LocationRemovalReview> LocationRemovalReview::prepare(
     }
     LocationRemovalReview review{
         newIdentifier(), owner, {}, affectedToolsOf(tools, owner, plan.folders), plan.files};
+    for (auto& file : review.files) {
+        file.statusChanged = statusChangedOf(file);
+    }
     for (const auto& folder : plan.folders) {
         review.locations.push_back(
             StorageLocationTrash::snapshot(folder.url, folder.location.category,
@@ -72,12 +102,28 @@ std::optional<LocationRemovalReview> LocationRemovalReview::prepare(
 }
 
 StorageCleanupResult removeReviewed(const LocationRemovalReview& review,
-                                    StorageRemovalMethod method, const ScanOptions& options) {
-    StorageCleanupResult result = StorageLocationTrash::remove(review.locations, method, options);
-    const StorageCleanupResult files = AIStorageCleanup::remove(review.files, method);
-    result.moved += files.moved;
-    result.items.insert(result.items.end(), files.items.begin(), files.items.end());
-    result.errors.insert(result.errors.end(), files.errors.begin(), files.errors.end());
+                                    StorageRemovalMethod method, const RemovalScope& scope,
+                                    const RemovalOptions& options) {
+    StorageCleanupResult result;
+    std::vector<StorageLocationSnapshot> folders;
+    for (const auto& location : review.locations) {
+        if (const auto refusal = scope.refusalOfFolder(location)) {
+            result.errors.push_back(PathRules::lastComponent(location.url) + ": " + *refusal);
+        } else {
+            folders.push_back(location);
+        }
+    }
+    append(result, StorageLocationTrash::remove(folders, method, options));
+    std::vector<StorageCleanupFile> files;
+    const Date now = currentDate();
+    for (const auto& file : review.files) {
+        if (const auto refusal = scope.refusalOfFile(file, now)) {
+            result.errors.push_back(PathRules::lastComponent(file.entry.url) + ": " + *refusal);
+        } else {
+            files.push_back(file);
+        }
+    }
+    append(result, AIStorageCleanup::remove(files, method, options));
     return result;
 }
 

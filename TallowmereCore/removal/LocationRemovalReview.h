@@ -7,6 +7,8 @@
 
 #include "measurement/AIStorageScanner.h"
 #include "measurement/StorageTool.h"
+#include "removal/RemovalOptions.h"
+#include "removal/RemovalScope.h"
 #include "removal/StorageCleanupFile.h"
 #include "removal/StorageCleanupResult.h"
 #include "removal/StorageLocationSnapshot.h"
@@ -28,8 +30,9 @@ struct LocationRemovalReview {
     std::string selectionSummary() const;
 
     // The review of the locations `selectedIDs` of the tool owned by `owner` among `tools`:
-    // the removal plan, the other tools it touches and a snapshot of every planned folder.
-    // Nothing when no such tool exists or the plan is empty. Throws what a snapshot throws.
+    // the removal plan, the other tools it touches, a snapshot of every planned folder and the
+    // status change time of every planned file. Nothing when no such tool exists or the plan
+    // is empty. Throws what a snapshot throws.
     static std::optional<LocationRemovalReview> prepare(const std::vector<StorageTool>& tools,
                                                         const std::string& owner,
                                                         const std::set<std::string>& selectedIDs,
@@ -37,10 +40,12 @@ struct LocationRemovalReview {
                                                         const ScanOptions& options = {});
 };
 
-// Carries out `review`: removes its folders, then its files, and combines the results (folder
-// items and errors first). Never throws.
+// Carries out `review` within `scope`: removes its folders, then its files, and combines the
+// results (folder items and errors first). A record the scope refuses is left alone with one
+// text, whatever the review says. Never throws.
 StorageCleanupResult removeReviewed(const LocationRemovalReview& review,
-                                    StorageRemovalMethod method, const ScanOptions& options = {});
+                                    StorageRemovalMethod method, const RemovalScope& scope,
+                                    const RemovalOptions& options = {});
 
 // The owners of the tools in `tools`, other than `owner`, that keep a folder strictly inside
 // one of `folders`; sorted, each once.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <memory>
 #include <stdexcept>
@@ -13,72 +12,24 @@
 #include "platform/DirectoryStream.h"
 #include "platform/EntryStatus.h"
 #include "platform/FileSystemError.h"
+#include "platform/Mounts.h"
 #include "platform/PathRules.h"
-#include "platform/UserFolders.h"
+#include "removal/BroadLocation.h"
+#include "removal/FolderCheck.h"
 #include "removal/RemovalErrors.h"
 #include "removal/StorageLocationTrash.h"
-#include "text/JsonText.h"
-#include "text/Sha256.h"
 
 namespace tallowmere::StorageLocationTrash {
 
 namespace {
 
 constexpr std::size_t chunkSize = 1024;
+constexpr std::int64_t checkedFolderLimit = 100000;
 constexpr std::int64_t itemsBetweenPauses = 256;
 constexpr auto pauseLength = std::chrono::milliseconds(2);
 
-// Folders that hold far more than one tool's storage, on macOS and on Linux.
-constexpr std::string_view broadFolders[] = {
-    "/",        "/System",      "/Library", "/Applications", "/Users", "/Volumes",
-    "/private", "/private/tmp", "/home",    "/root",         "/usr",   "/etc",
-    "/var",     "/srv",         "/mnt",     "/media",        "/run",   "/tmp",
-    "/boot",    "/opt",         "/bin",     "/sbin",         "/lib",   "/lib64",
-    "/proc",    "/sys",         "/dev"};
-constexpr std::string_view broadHomeSubfolders[] = {
-    "/Library", "/Library/Application Support", "/.config", "/.cache", "/.local", "/.local/share"};
-// Trees that belong to the system as a whole, whatever lies in them.
-constexpr std::string_view systemTrees[] = {"/System/", "/usr/", "/etc/",  "/proc/",
-                                            "/sys/",    "/dev/", "/boot/", "/var/lib/"};
-
 [[noreturn]] void fail(ReviewError::Kind kind) {
     throw ReviewError(kind);
-}
-
-bool isHomeOrAbove(const std::string& target, const std::string& home) {
-    return target == home || PathRules::isInside(home, target);
-}
-
-bool isCurrentHomeFolder(const std::string& target) {
-    const std::string home = UserFolders::homeFolder().native();
-    return isHomeOrAbove(target, home) ||
-           std::ranges::any_of(broadHomeSubfolders, [&](std::string_view subfolder) {
-               return target == home + std::string(subfolder);
-           });
-}
-
-// Other accounts' homes count too, both as written and as their links lead.
-bool isAnyAccountsHome(const std::string& target) {
-    return std::ranges::any_of(UserFolders::passwordDatabaseHomes(), [&](const auto& home) {
-        return isHomeOrAbove(target, home.native()) ||
-               isHomeOrAbove(target, PathRules::resolvingSymlinks(home).native());
-    });
-}
-
-bool isBroad(const std::string& target) {
-    const bool tooShallow = std::ranges::count(target, '/') < 2;  // "/" and "/opt"
-    return tooShallow || std::ranges::find(broadFolders, target) != std::end(broadFolders) ||
-           std::ranges::any_of(systemTrees,
-                               [&](std::string_view tree) { return target.starts_with(tree); }) ||
-           isCurrentHomeFolder(target) || isAnyAccountsHome(target);
-}
-
-// Without a mount id from the kernel, a different device is the best sign of another mount.
-bool onAnotherMount(const EntryStatus& item, const EntryStatus& reference) {
-    if (item.mountId != 0 && reference.mountId != 0) {
-        return item.mountId != reference.mountId;
-    }
-    return item.identity.device != reference.identity.device;
 }
 
 EntryStatus statusAt(int directoryFd, const char* name) {
@@ -88,64 +39,6 @@ EntryStatus statusAt(int directoryFd, const char* name) {
     }
     return status;
 }
-
-std::string_view kindText(EntryKind kind) {
-    switch (kind) {
-        case EntryKind::symbolicLink:
-            return "link";
-        case EntryKind::directory:
-            return "directory";
-        case EntryKind::regularFile:
-            return "file";
-        default:
-            return "other";
-    }
-}
-
-// Item records one after another in one buffer: 100,000 of them make one growing allocation,
-// not one each.
-class RecordList {
-public:
-    void add(std::string_view relativePath, const EntryStatus& status) {
-        const std::size_t start = m_text.size();
-        appendField(relativePath);
-        appendField(kindText(status.kind));
-        appendField(status.identity.text());
-        appendField(JsonText::shortestNumber(
-            dateFromFileTime(status.modifiedSeconds, status.modifiedNanoseconds)));
-        appendField(status.kind == EntryKind::directory ? "-1"
-                                                        : std::to_string(status.logicalBytes));
-        m_spans.emplace_back(start, m_text.size() - start);
-    }
-
-    // The SHA-256 of the records in ascending byte order, as lower-case hexadecimal.
-    std::string fingerprint() {
-        std::ranges::sort(m_spans, {}, [this](const Span& span) { return record(span); });
-        Sha256 digest;
-        for (const Span& span : m_spans) {
-            digest.update(record(span));
-        }
-        return digest.hexDigest();
-    }
-
-private:
-    using Span = std::pair<std::size_t, std::size_t>;  // offset and length in m_text
-
-    std::string_view record(const Span& span) const {
-        return std::string_view(m_text).substr(span.first, span.second);
-    }
-
-    void appendField(std::string_view text) {
-        char length[24];
-        const auto end = std::to_chars(std::begin(length), std::end(length), text.size()).ptr;
-        m_text.append(length, end);
-        m_text += ':';
-        m_text += text;
-    }
-
-    std::string m_text;
-    std::vector<Span> m_spans;
-};
 
 // A depth-first walk below one opened folder that records every item and never leaves the
 // folder's mount or follows a link.
@@ -157,16 +50,14 @@ public:
         record("", folderStatus);
     }
 
-    void run(DirectoryStream folder) {
+    FolderRecords run(DirectoryStream folder) && {
         push(std::move(folder));
         while (!m_stack.empty()) {
             step();
         }
+        m_records.seal();
+        return std::move(m_records);
     }
-
-    std::int64_t itemCount() const { return m_itemCount; }
-    std::int64_t allocatedBytes() const { return m_allocatedBytes; }
-    std::string fingerprint() { return m_records.fingerprint(); }
 
 private:
     struct Folder {
@@ -209,7 +100,7 @@ private:
         const EntryStatus status = entry.statusFailed
                                        ? statusAt(folder.stream.fd(), folder.chunk.cName(entry))
                                        : entry.status;
-        if (onAnotherMount(status, m_folderStatus)) {
+        if (!sameMount(status, m_folderStatus)) {
             fail(ReviewError::Kind::unavailable);
         }
         m_path.resize(folder.pathLength);
@@ -244,15 +135,13 @@ private:
             fail(ReviewError::Kind::unavailable);
         }
         m_records.add(relativePath, status);
-        m_allocatedBytes += status.allocatedBytes;
     }
 
     const EntryStatus m_folderStatus;
     const std::int64_t m_maxEntries;
     const ScanOptions& m_options;
-    RecordList m_records;
+    FolderRecords m_records;
     std::int64_t m_itemCount = 0;
-    std::int64_t m_allocatedBytes = 0;
     std::string m_path;  // relative path of the item being visited
     std::vector<Folder> m_stack;
 };
@@ -261,7 +150,7 @@ private:
 EntryStatus checkedFolderStatus(const std::filesystem::path& target) {
     const EntryStatus status = statusAt(AT_FDCWD, target.c_str());
     const EntryStatus parent = statusAt(AT_FDCWD, target.parent_path().c_str());
-    if (status.kind != EntryKind::directory || onAnotherMount(status, parent)) {
+    if (status.kind != EntryKind::directory || !sameMount(status, parent)) {
         fail(ReviewError::Kind::broadLocation);
     }
     if (!status.hasModified) {
@@ -276,7 +165,7 @@ StorageLocationSnapshot snapshot(const std::filesystem::path& folder, const std:
                                  const std::string& detail, std::int64_t maxEntries,
                                  const ScanOptions& options) {
     const std::filesystem::path target = PathRules::absoluteStandardized(folder);
-    if (isBroad(target.native())) {
+    if (isBroadLocation(target)) {
         fail(ReviewError::Kind::broadLocation);
     }
     if (PathRules::resolvingSymlinks(target) != target) {
@@ -292,16 +181,40 @@ StorageLocationSnapshot snapshot(const std::filesystem::path& folder, const std:
     if (opened.identity != checked.identity) {
         throw FileTrashError();
     }
-    SnapshotWalk walk(opened, maxEntries, options);
-    walk.run(std::move(stream));
-    return {target,
-            category,
-            detail,
-            walk.allocatedBytes(),
-            walk.itemCount(),
-            dateFromFileTime(opened.modifiedSeconds, opened.modifiedNanoseconds),
-            opened.identity.text(),
-            walk.fingerprint()};
+    const FolderRecords records = SnapshotWalk(opened, maxEntries, options).run(std::move(stream));
+    return {.url = target,
+            .category = category,
+            .detail = detail,
+            .allocatedBytes = records.allocatedBytes(),
+            .itemCount = records.itemCount(),
+            .modified = dateFromFileTime(opened.modifiedSeconds, opened.modifiedNanoseconds),
+            .fileIdentity = opened.identity.text(),
+            .fingerprint = records.fingerprint(),
+            .changeFingerprint = records.changeFingerprint()};
+}
+
+FolderRecords checkedFolder(int parentFd, const std::string& name,
+                            const StorageLocationSnapshot& reviewed, const ScanOptions& options) {
+    DirectoryStream stream = DirectoryStream::openChild(parentFd, name.c_str());
+    if (!stream.valid()) {
+        if (errno == ELOOP || errno == ENOTDIR) {
+            throw FileTrashError();  // a link or a file now stands there
+        }
+        throw FileSystemError::fromErrno(errno);
+    }
+    const EntryStatus opened = statusAt(stream.fd(), "");
+    if (opened.identity.text() != reviewed.fileIdentity) {
+        throw FileTrashError();
+    }
+    FolderRecords records =
+        SnapshotWalk(opened, checkedFolderLimit, options).run(std::move(stream));
+    // A review without change times (written before they were kept) is held to the rest.
+    const bool sameChanges = reviewed.changeFingerprint.empty() ||
+                             records.changeFingerprint() == reviewed.changeFingerprint;
+    if (records.fingerprint() != reviewed.fingerprint || !sameChanges) {
+        throw FileTrashError();
+    }
+    return records;
 }
 
 }  // namespace tallowmere::StorageLocationTrash

@@ -19,6 +19,9 @@ struct StorageLocationSnapshot {
     Date modified = 0;
     std::string fileIdentity;
     std::string fingerprint;  // 64 lower-case hexadecimal digits
+    // The same over every item's status change time too, the folder's own left out; empty in
+    // a record written before change times were kept.
+    std::string changeFingerprint;
 
     std::string id() const { return url.native(); }
 

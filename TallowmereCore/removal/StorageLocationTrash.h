@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "measurement/AIStorageScanner.h"
+#include "removal/RemovalOptions.h"
 #include "removal/StorageCleanupResult.h"
 #include "removal/StorageLocationSnapshot.h"
 #include "removal/StorageRemovalMethod.h"
@@ -23,11 +24,14 @@ StorageLocationSnapshot snapshot(const std::filesystem::path& folder, const std:
                                  const ScanOptions& options = {});
 
 // Removes each reviewed folder that is still exactly as snapshotted (outermost ones only, each
-// once); one "name: reason" text per folder left in place. Never throws.
+// once). Each is first taken from its place (into the Trash, or aside for deletion) and the
+// taken folder is checked; one that is not the reviewed folder goes back, and a permanent
+// removal deletes only the items the check recorded. One "name: reason" text per folder left
+// in place. Stops between folders when asked. Never throws.
 StorageCleanupResult remove(const std::vector<StorageLocationSnapshot>& snapshots,
-                            StorageRemovalMethod method, const ScanOptions& options = {});
+                            StorageRemovalMethod method, const RemovalOptions& options = {});
 
 StorageCleanupResult moveToTrash(const std::vector<StorageLocationSnapshot>& snapshots,
-                                 const ScanOptions& options = {});
+                                 const RemovalOptions& options = {});
 
 }  // namespace tallowmere::StorageLocationTrash

@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "CliRunner.h"
 #include "TemporaryTree.h"
+#include "platform/LockedFile.h"
+#include "text/Sha256.h"
 
 namespace tallowmere {
 namespace {
@@ -51,12 +54,12 @@ TEST_F(RemovalCommands, ReviewRemoveAndRestoreRoundTrip) {
     ASSERT_EQ(prepared.exitCode, 0) << prepared.err;
     const Json shown = Json::parse(prepared.out);
     EXPECT_THAT(keysOf(shown),
-                ElementsAre("version", "id", "owner", "locations", "affectedTools", "files",
-                            "checksum", "selectionSummary", "allocatedBytes"));
+                ElementsAre("version", "id", "owner", "layout", "locations", "affectedTools",
+                            "files", "checksum", "selectionSummary", "allocatedBytes"));
     EXPECT_EQ(shown["selectionSummary"], "1 cache/log file · 1 whole folder");
     EXPECT_THAT(keysOf(shown["locations"][0]),
                 ElementsAre("path", "category", "detail", "allocatedBytes", "itemCount", "modified",
-                            "fileIdentity", "fingerprint"));
+                            "fileIdentity", "fingerprint", "changeFingerprint"));
     EXPECT_EQ(shown["files"][0]["path"], (home / ".codex/log/old.log").native());
 
     const auto removed = runCli({"remove", review, "--json"}, home.root());
@@ -110,6 +113,109 @@ TEST_F(RemovalCommands, RefusesDamagedFilesAndUnconfirmedDeletion) {
     EXPECT_EQ(deleted.out, "Permanently deleted 2 items. No Undo.\n");
     EXPECT_FALSE(presentAt(home / ".codex/sessions"));
     EXPECT_FALSE(presentAt(review + ".undo.json"));
+}
+
+// `text` (a review or undo file) with `from` replaced by `to` and the checksum made anew, as
+// anyone who edits such a file can do.
+std::string forged(std::string text, const std::string& from, const std::string& to) {
+    text.replace(text.find(from), from.size(), to);
+    const auto checksum = text.rfind(",\"checksum\":\"");
+    const std::string body = text.substr(0, checksum) + "}";
+    return text.substr(0, checksum) + ",\"checksum\":\"" + Sha256::hexDigestOf(body) + "\"}\n";
+}
+
+std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+TEST_F(RemovalCommands, ReviewsAreSelectionsThatCannotReachBeyondTheTool) {
+    ASSERT_EQ(reviewAll().exitCode, 0);
+    home.file(".ssh/id_ed25519", 400);
+    const auto text = contentOf(review);
+    const auto sessions = (home / ".codex/sessions").native();
+
+    const auto edited = (home / "edited.json").native();
+    std::ofstream(edited) << forged(text, "\"" + sessions + "\"",
+                                    "\"" + (home / ".ssh").native() + "\"");
+    const auto refused = runCli({"remove", edited, "--permanent", "--yes"}, home.root());
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.err, HasSubstr(".ssh: It is not a storage location of Codex, nor inside "
+                                       "one, so it was left in place."));
+    EXPECT_TRUE(presentAt(home / ".ssh/id_ed25519"));
+
+    std::ofstream(edited) << forged(text, "\"" + sessions + "\"", "\"" + sessions + "/\"");
+    const auto unusual = runCli({"remove", edited}, home.root());
+    EXPECT_EQ(unusual.exitCode, 1);
+    EXPECT_THAT(unusual.err, HasSubstr("” in it is not absolute and standardised."));
+    EXPECT_TRUE(presentAt(home / ".codex/sessions/s1.json"));
+
+    // A tracked folder is the tool's only while it is tracked.
+    const auto tracked = home.file("project/.venv/lib/a", 10).parent_path().parent_path();
+    const auto trackedReview = (home / "tracked.json").native();
+    ASSERT_EQ(runCli({"review", "--tool", ".venv", "--all", "--out", trackedReview, "--track",
+                      tracked.native()},
+                     home.root())
+                  .exitCode,
+              0);
+    const auto untracked = runCli({"remove", trackedReview}, home.root());
+    EXPECT_EQ(untracked.exitCode, 1);
+    EXPECT_THAT(untracked.err, HasSubstr(".venv: It is not a storage location of .venv"));
+    EXPECT_TRUE(presentAt(tracked));
+    const auto removed =
+        runCli({"remove", trackedReview, "--track", tracked.native()}, home.root());
+    EXPECT_EQ(removed.exitCode, 0) << removed.err;
+    EXPECT_FALSE(presentAt(tracked));
+
+    // --out never costs the user a file that is not a review.
+    const auto notes = home.file("notes.txt", 3);
+    const auto overwrite =
+        runCli({"review", "--tool", "Codex", "--all", "--out", notes.native()}, home.root());
+    EXPECT_EQ(overwrite.exitCode, 1);
+    EXPECT_THAT(overwrite.err, HasSubstr("exists and is not a review of tallowmere-cli"));
+    EXPECT_EQ(contentOf(notes), "xxx");
+}
+
+TEST_F(RemovalCommands, NeverLosesOrReplacesAnUndoRecord) {
+    const auto sessions = (home / ".codex/sessions").native();
+    const auto logs = (home / ".codex/log").native();
+    const auto undo = (home / "undo.json").native();
+    ASSERT_EQ(
+        runCli({"review", "--tool", "Codex", "--select", sessions, "--out", review}, home.root())
+            .exitCode,
+        0);
+
+    // Nothing moves when the undo file cannot be ours or cannot be written.
+    const auto notes = home.file("notes.txt", 3);
+    const auto unrelated = runCli({"remove", review, "--undo", notes.native()}, home.root());
+    EXPECT_EQ(unrelated.exitCode, 1);
+    EXPECT_THAT(unrelated.err, HasSubstr("it has no checksum"));
+    EXPECT_EQ(contentOf(notes), "xxx");
+    const auto nowhere =
+        runCli({"remove", review, "--undo", (home / "missing/undo.json").native()}, home.root());
+    EXPECT_EQ(nowhere.exitCode, 1);
+    {
+        // Another command holding the undo file.
+        const auto held = LockedFile::open(undo);
+        ASSERT_TRUE(held);
+        const auto busy = runCli({"remove", review, "--undo", undo}, home.root());
+        EXPECT_EQ(busy.exitCode, 1);
+        EXPECT_THAT(busy.err, HasSubstr("Another tallowmere-cli command is using the undo file"));
+    }
+    EXPECT_TRUE(presentAt(home / ".codex/sessions/s1.json"));
+
+    // A later removal adds to the records of an earlier one.
+    ASSERT_EQ(runCli({"remove", review, "--undo", undo}, home.root()).exitCode, 0);
+    const auto second = (home / "second.json").native();
+    ASSERT_EQ(runCli({"review", "--tool", "Codex", "--select", logs, "--out", second}, home.root())
+                  .exitCode,
+              0);
+    ASSERT_EQ(runCli({"remove", second, "--undo", undo}, home.root()).exitCode, 0);
+    const auto restored = runCli({"restore", undo}, home.root());
+    EXPECT_EQ(restored.exitCode, 0) << restored.err;
+    EXPECT_EQ(restored.out, "Restored 2 items to the original locations.\n");
+    EXPECT_TRUE(presentAt(home / ".codex/sessions/s1.json"));
+    EXPECT_TRUE(presentAt(home / ".codex/log/old.log"));
 }
 
 TEST_F(RemovalCommands, ExplainsWhyNothingCanBeReviewed) {

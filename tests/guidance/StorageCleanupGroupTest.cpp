@@ -14,8 +14,12 @@ using Kind = StorageCleanupGroup::Kind;
 StorageCleanupFile fileOf(const std::string& path, const std::string& category,
                           std::int64_t allocated) {
     // The logical size differs from the allocated one so that sums show which they took.
-    return StorageCleanupFile{FileEntry{path, allocated + 1'000, 0, std::nullopt}, "/h", category,
-                              allocated, false};
+    return StorageCleanupFile{FileEntry{path, allocated + 1'000, 0, std::nullopt},
+                              "/h",
+                              category,
+                              allocated,
+                              false,
+                              std::nullopt};
 }
 
 std::vector<std::string> idsOf(const StorageCleanupGroup& group) {

@@ -17,7 +17,9 @@
 #include <thread>
 
 #include "TemporaryTree.h"
+#include "platform/EntryStatus.h"
 #include "platform/FileSystemError.h"
+#include "platform/FolderDescriptors.h"
 
 namespace tallowmere {
 namespace {
@@ -66,6 +68,18 @@ const std::set<std::string> victimContent = [] {
     return paths;
 }();
 
+// Deletes `folder` and everything in it, as the removal of a checked folder does; answers how
+// many items stayed because they turned up during the walk.
+std::size_t removeFolder(const fs::path& folder, const Deletion::BeforeOpen& beforeOpen = {}) {
+    const auto parent = openFolderWithoutLinks(folder.parent_path());
+    EntryStatus seen;
+    if (!readEntryStatus(parent.get(), folder.filename().c_str(), seen)) {
+        throw FileSystemError::fromErrno(errno);
+    }
+    const auto everything = [](std::string_view, const EntryStatus&) { return true; };
+    return Deletion::removeFolderAt(parent.get(), folder.filename(), seen, everything, beforeOpen);
+}
+
 // Nests 25 folders of 200-byte names below `folder`, a file in each: deeper than PATH_MAX.
 void makeDeepChain(const fs::path& folder) {
     const std::string longName(200, 'n');
@@ -92,7 +106,7 @@ TEST(Deletion, RemovesAWholeTreeWithoutFollowingLinks) {
     ::mkfifo((tree / "doomed/a/fifo").c_str(), 0600);
     makeDeepChain(tree.folder("doomed/deep"));
 
-    Deletion::removeFolder(tree / "doomed");
+    removeFolder(tree / "doomed");
 
     EXPECT_FALSE(fs::exists(fs::symlink_status(tree / "doomed")));
     EXPECT_EQ(contentOf(victim), victimContent);
@@ -106,10 +120,9 @@ TEST(Deletion, RefusesWhatIsNotARealFolderAndRemovesFilesWithoutFollowing) {
     tree.symlink(tree.root().native(), "through");
     const auto file = tree.file("plain");
 
-    EXPECT_EQ(failureOf([&] { Deletion::removeFolder(tree / "folder-link"); }), linkFound);
-    EXPECT_EQ(failureOf([&] { Deletion::removeFolder(tree / "through/victim"); }), linkFound);
-    EXPECT_EQ(failureOf([&] { Deletion::removeFolder(file); }),
-              "A part of the path is not a folder.");
+    EXPECT_EQ(failureOf([&] { removeFolder(tree / "folder-link"); }), linkFound);
+    EXPECT_EQ(failureOf([&] { removeFolder(tree / "through/victim"); }), linkFound);
+    EXPECT_EQ(failureOf([&] { removeFolder(file); }), "A part of the path is not a folder.");
     EXPECT_EQ(failureOf([&] { Deletion::removeFile(victim); }), "It is a folder, not a file.");
     EXPECT_EQ(failureOf([&] { Deletion::removeFile(tree / "through/plain"); }), linkFound);
     EXPECT_EQ(failureOf([&] { Deletion::removeFile(tree / "missing"); }),
@@ -144,7 +157,7 @@ TEST(Deletion, SkipsAFolderSwappedJustBeforeItIsOpened) {
         swapFor.clear();
     };
 
-    EXPECT_EQ(failureOf([&] { Deletion::removeFolder(tree / "doomed", swap); }),
+    EXPECT_EQ(failureOf([&] { removeFolder(tree / "doomed", swap); }),
               std::string("a/sub: ") + linkFound);
     EXPECT_EQ(contentOf(victim), victimContent);
     EXPECT_TRUE(fs::is_symlink(tree / "doomed/a/sub"));
@@ -154,7 +167,7 @@ TEST(Deletion, SkipsAFolderSwappedJustBeforeItIsOpened) {
     fs::remove_all(tree / "doomed");
     tree.file("doomed/a/sub/inside");
     swapFor = "folder";
-    EXPECT_EQ(failureOf([&] { Deletion::removeFolder(tree / "doomed", swap); }),
+    EXPECT_EQ(failureOf([&] { removeFolder(tree / "doomed", swap); }),
               "a/sub: It was replaced while it was being removed, so it was skipped.");
     EXPECT_EQ(
         contentOf(tree / "doomed"),
@@ -197,11 +210,37 @@ TEST(Deletion, NeverLosesAFileBehindALinkSwappedInDuringTheWalk) {
         while (swaps == 0) {
             std::this_thread::yield();
         }
-        failureOf([&] { Deletion::removeFolder(tree / top); });
+        failureOf([&] { removeFolder(tree / top); });
         stop = true;
         swapper.join();
         ASSERT_EQ(contentOf(victim), victimContent) << "round " << round;
     }
+}
+
+TEST(Deletion, DeletesOnlyWhatItMayAndKeepsWhatAppearsMeanwhile) {
+    TemporaryTree tree;
+    tree.file("doomed/keep/precious");
+    tree.file("doomed/keep/plain");
+    tree.file("doomed/go/file");
+    tree.file("doomed/top-file");
+    const auto parent = openFolderWithoutLinks(tree.root());
+    EntryStatus seen;
+    ASSERT_TRUE(readEntryStatus(parent.get(), "doomed", seen));
+    std::set<std::string> offered;
+    const auto removable = [&](std::string_view path, const EntryStatus&) {
+        offered.insert(std::string(path));
+        return path != "keep/precious";
+    };
+    EXPECT_EQ(Deletion::removeFolderAt(parent.get(), "doomed", seen, removable), 1u);
+    EXPECT_EQ(contentOf(tree / "doomed"), (std::set<std::string>{"keep", "keep/precious"}));
+    EXPECT_EQ(offered, (std::set<std::string>{"keep", "keep/precious", "keep/plain", "go",
+                                              "go/file", "top-file"}));
+
+    // A file that turns up in a folder already listed, as another process would add it, stays.
+    tree.file("again/sub/file");
+    const auto addLate = [&](int, const char*) { tree.file("again/late"); };
+    EXPECT_EQ(removeFolder(tree / "again", addLate), 1u);
+    EXPECT_EQ(contentOf(tree / "again"), (std::set<std::string>{"late"}));
 }
 
 TEST(Deletion, ReportsWhatItCannotRemoveAndRemovesTheRest) {
@@ -221,7 +260,7 @@ TEST(Deletion, ReportsWhatItCannotRemoveAndRemovesTheRest) {
         }
         std::string lines;
         for (const auto* folder : {"one", "two", "both"}) {
-            lines += failureOf([&] { Deletion::removeFolder(tree / folder); }) + "\n";
+            lines += failureOf([&] { removeFolder(tree / folder); }) + "\n";
         }
         for (const auto* path : {"one/locked", "one/kept-away", "two/read-only/file", "two/other",
                                  "both/locked", "both/read-only/file"}) {
@@ -249,8 +288,7 @@ TEST(Deletion, NeverEntersAnotherMount) {
         tree.file("doomed/a/mounted/on-tmpfs");
         tree.folder("doomed/bound");
         ::mount(victim.c_str(), (tree / "doomed/bound").c_str(), nullptr, MS_BIND, nullptr);
-        std::string lines = failureOf([&] { Deletion::removeFolder(tree / "doomed"); }) + "\n";
-        lines += failureOf([&] { Deletion::removeFolder(tree / "doomed/a/mounted"); }) + "\n";
+        std::string lines = failureOf([&] { removeFolder(tree / "doomed"); }) + "\n";
         lines += fs::exists(tree / "doomed/a/mounted/on-tmpfs") ? "tmpfs kept " : "tmpfs emptied ";
         lines += fs::exists(tree / "doomed/a/file") ? "file kept " : "file gone ";
         return lines + (contentOf(victim) == victimContent ? "victim intact" : "victim damaged");
@@ -263,7 +301,6 @@ TEST(Deletion, NeverEntersAnotherMount) {
     EXPECT_THAT(*report, ::testing::AnyOf(::testing::StartsWith("a/mounted: " + notEntered),
                                           ::testing::StartsWith("bound: " + notEntered)));
     EXPECT_THAT(*report, EndsWith(" 2 items could not be removed.\n"
-                                  "It is the mount point of another file system.\n"
                                   "tmpfs kept file gone victim intact"));
 }
 

@@ -16,6 +16,7 @@
 #include "ScopedVariable.h"
 #include "TemporaryTree.h"
 #include "platform/FileSystemError.h"
+#include "platform/FolderDescriptors.h"
 
 namespace tallowmere {
 namespace {
@@ -61,9 +62,21 @@ std::string failureOf(const std::function<void()>& action) {
     return "no error";
 }
 
+// Moves `item` to the trash as a removal does: from its folder, opened without links.
+Trash::TrashedItem moveToTrash(const fs::path& item) {
+    return Trash::moveIn(openFolderWithoutLinks(item.parent_path()).get(), item);
+}
+
+// Moves a trashed item back as an undo does.
+void restore(const fs::path& trashed, const fs::path& original) {
+    const auto item = Trash::find(trashed, original);
+    Trash::moveOut(item, openFolderWithoutLinks(original.parent_path()).get(), original.filename());
+    Trash::forget(item);
+}
+
 // The trash location relative to `base`, for readable expectations.
 std::string trashedAt(const fs::path& item, const fs::path& base) {
-    return Trash::moveToTrash(item, identityOf(item)).location.lexically_relative(base).native();
+    return moveToTrash(item).location.lexically_relative(base).native();
 }
 
 bool isPrivateFolder(const fs::path& folder) {
@@ -87,13 +100,11 @@ TEST_F(TrashTest, MovesFilesAndFoldersInAndBackOut) {
     const auto fileIdentity = identityOf(file);
     const auto folderIdentity = identityOf(folder);
 
-    const auto trashedFile = Trash::moveToTrash(file, fileIdentity);
-    const auto trashedFolder = Trash::moveToTrash(folder, folderIdentity);
+    const auto trashedFile = moveToTrash(file);
+    const auto trashedFolder = moveToTrash(folder);
 
     EXPECT_EQ(trashedFile.location, trash / "files/notes.txt");
     EXPECT_EQ(trashedFolder.location, trash / "files/cache");
-    EXPECT_TRUE(trashedFile.identityMatches);
-    EXPECT_TRUE(trashedFolder.identityMatches);
     EXPECT_FALSE(fs::exists(file));
     EXPECT_FALSE(fs::exists(folder));
     EXPECT_EQ(contentOf(trash / "files/cache/a/b.bin"), "xxx");
@@ -106,19 +117,14 @@ TEST_F(TrashTest, MovesFilesAndFoldersInAndBackOut) {
     EXPECT_TRUE(std::regex_match(contentOf(trash / "info/cache.trashinfo"), infoFormat))
         << contentOf(trash / "info/cache.trashinfo");
 
-    Trash::restore(trashedFile.location, file);
-    Trash::restore(trashedFolder.location, folder);
+    restore(trashedFile.location, file);
+    restore(trashedFolder.location, folder);
 
     EXPECT_EQ(identityOf(file), fileIdentity);
     EXPECT_EQ(identityOf(folder), folderIdentity);
     EXPECT_EQ(contentOf(folder / "a/b.bin"), "xxx");
     EXPECT_TRUE(fs::is_empty(trash / "files"));
     EXPECT_TRUE(fs::is_empty(trash / "info"));
-
-    // Another item than the expected one is still moved, and reported.
-    const auto replaced = Trash::moveToTrash(file, folderIdentity);
-    EXPECT_EQ(replaced.location, trash / "files/notes.txt");
-    EXPECT_FALSE(replaced.identityMatches);
 }
 
 TEST_F(TrashTest, RecordsOddNamesPercentEncodedAndMovesLinksAsLinks) {
@@ -126,16 +132,16 @@ TEST_F(TrashTest, RecordsOddNamesPercentEncodedAndMovesLinksAsLinks) {
     const auto target = tree.file("odd/target.txt");
     const auto link = tree.symlink(target.native(), "odd/link");
 
-    const auto trashedOdd = Trash::moveToTrash(odd, identityOf(odd));
-    const auto trashedLink = Trash::moveToTrash(link, identityOf(link));
+    const auto trashedOdd = moveToTrash(odd);
+    const auto trashedLink = moveToTrash(link);
 
     // The temporary root holds only letters, digits, "/" and "-", which stay as they are.
     EXPECT_EQ(recordedPath(trash, "we\nird \xff%.txt"),
               "Path=" + tree.root().native() + "/odd/we%0Aird%20%FF%25.txt");
     EXPECT_TRUE(fs::is_symlink(trashedLink.location));
     EXPECT_EQ(contentOf(target), "x");
-    Trash::restore(trashedOdd.location, odd);
-    Trash::restore(trashedLink.location, link);
+    restore(trashedOdd.location, odd);
+    restore(trashedLink.location, link);
     EXPECT_EQ(contentOf(odd), "x");
     EXPECT_EQ(fs::read_symlink(link), target);
 }
@@ -168,40 +174,68 @@ TEST_F(TrashTest, GivesEachItemAFreeNameAndItsOwnRecord) {
     EXPECT_EQ(cut, "files/" + longName.substr(0, 244));
     EXPECT_TRUE(fs::exists(trash / "info" / (longName.substr(0, 244) + ".trashinfo")));
 
-    Trash::restore(trash / "files/same.3", third);
-    Trash::restore(trash / "files/same", first);
+    restore(trash / "files/same.3", third);
+    restore(trash / "files/same", first);
     EXPECT_EQ(fs::file_size(first), 1U);
     EXPECT_EQ(fs::file_size(third), 3U);
     EXPECT_TRUE(fs::exists(trash / "info/same.2.trashinfo"));
     EXPECT_FALSE(fs::exists(trash / "info/same.trashinfo"));
 }
 
-TEST_F(TrashTest, RestoreNeverReplacesFollowsLinksOrCreatesFolders) {
-    const auto taken = tree.file("taken/notes.txt", 4);
-    const auto gone = tree.file("gone/notes.txt");
-    const auto linked = tree.file("linked/notes.txt");
-    const auto trashedTaken = Trash::moveToTrash(taken, identityOf(taken)).location;
-    const auto trashedGone = Trash::moveToTrash(gone, identityOf(gone)).location;
-    const auto trashedLinked = Trash::moveToTrash(linked, identityOf(linked)).location;
-    writeText(taken, "new");
-    fs::remove_all(tree / "gone");
-    fs::rename(tree / "linked", tree / "elsewhere");
-    tree.symlink((tree / "elsewhere").native(), "linked");
+TEST_F(TrashTest, GivesBackOnlyWhatItsRecordSaysCameFromThere) {
+    const auto notes = tree.file("project/notes.txt", 4);
+    const auto other = tree.file("project/other.txt", 2);
+    const auto trashedNotes = moveToTrash(notes).location;
+    const auto trashedOther = moveToTrash(other).location;
+    const auto lookalike = tree.file("fake/files/notes.txt");
+    writeText(tree / "fake/info/notes.txt.trashinfo",
+              "[Trash Info]\nPath=" + notes.native() + "\nDeletionDate=2026-01-01T00:00:00\n");
 
-    EXPECT_EQ(failureOf([&] { Trash::restore(trashedTaken, taken); }),
+    const std::string notInTrash =
+        "It is not in one of your trash folders, so it is not restored from there.";
+    const std::string otherPlace =
+        "Its trash record does not name this place as where it came from, so it is not restored "
+        "there.";
+    EXPECT_EQ(failureOf([&] { Trash::find(lookalike, notes); }), notInTrash);
+    EXPECT_EQ(failureOf([&] { Trash::find(tree / "project/notes.txt", notes); }),
+              "It is not in a trash’s files folder, so it is not restored from there.");
+    EXPECT_EQ(failureOf([&] { Trash::find(trashedOther, notes); }), otherPlace);
+    EXPECT_EQ(failureOf([&] { Trash::find(trashedNotes, tree / "autostart/notes.txt"); }),
+              otherPlace);
+    writeText(trash / "info/other.txt.trashinfo", "[Trash Info]\nPath=%2");
+    EXPECT_EQ(failureOf([&] { Trash::find(trashedOther, other); }), otherPlace);
+
+    // The real record still gives it back, and never over what now stands at its place.
+    writeText(notes, "new");
+    const auto found = Trash::find(trashedNotes, notes);
+    const auto folder = openFolderWithoutLinks(notes.parent_path());
+    EXPECT_EQ(failureOf([&] { Trash::moveOut(found, folder.get(), "notes.txt"); }),
               "An item with the same name already exists.");
-    EXPECT_EQ(failureOf([&] { Trash::restore(trashedGone, gone); }),
-              "The folder it was in no longer exists.");
-    EXPECT_EQ(failureOf([&] { Trash::restore(trashedLinked, linked); }),
-              "A symbolic link was found where a folder was expected.");
+    EXPECT_EQ(contentOf(notes), "new");
+    EXPECT_EQ(contentOf(trashedNotes), "xxxx");
+    fs::remove(notes);
+    restore(trashedNotes, notes);
+    EXPECT_EQ(contentOf(notes), "xxxx");
+    EXPECT_FALSE(fs::exists(trash / "info/notes.txt.trashinfo"));
+}
 
-    EXPECT_EQ(contentOf(taken), "new");
-    EXPECT_EQ(contentOf(trashedTaken), "xxxx");
-    EXPECT_FALSE(fs::exists(tree / "gone"));
-    EXPECT_TRUE(fs::is_empty(tree / "elsewhere"));
-    for (const auto& trashed : {trashedTaken, trashedGone, trashedLinked}) {
-        EXPECT_TRUE(fs::exists(trashed));
-        EXPECT_TRUE(fs::exists(trash / "info" / (trashed.filename().native() + ".trashinfo")));
+TEST_F(TrashTest, NeverUsesATrashOthersCanChange) {
+    const auto item = tree.file("project/item");
+    tree.folder("data/Trash/files");
+    tree.folder("data/Trash/info");
+    const std::string refused = "The trash " + trash.native() +
+                                " belongs to another user or others may change it, so nothing was "
+                                "moved there.";
+    for (const auto* part : {"", "files", "info"}) {
+        fs::permissions(trash / part, fs::perms::group_write, fs::perm_options::add);
+        EXPECT_EQ(failureOf([&] { moveToTrash(item); }), refused) << part;
+        fs::permissions(trash / part, fs::perms::group_write, fs::perm_options::remove);
+    }
+    EXPECT_TRUE(fs::exists(item));
+    if (::getuid() == 0) {
+        ::chown(trash.c_str(), 65534, 65534);
+        EXPECT_EQ(failureOf([&] { moveToTrash(item); }), refused);
+        EXPECT_TRUE(fs::exists(item));
     }
 }
 
@@ -210,22 +244,20 @@ TEST_F(TrashTest, NeverUsesATrashReachedThroughALinkAndLeavesTheItemInPlace) {
     tree.folder("elsewhere");
     tree.folder("data");
     tree.symlink((tree / "elsewhere").native(), "data/Trash");
-    EXPECT_EQ(failureOf([&] { Trash::moveToTrash(item, identityOf(item)); }), noUsableTrash);
+    EXPECT_EQ(failureOf([&] { moveToTrash(item); }), noUsableTrash);
 
     fs::remove(trash);
     tree.folder("data/Trash/files");
     tree.symlink((tree / "elsewhere").native(), "data/Trash/info");
-    EXPECT_EQ(failureOf([&] { Trash::moveToTrash(item, identityOf(item)); }), noUsableTrash);
+    EXPECT_EQ(failureOf([&] { moveToTrash(item); }), noUsableTrash);
 
     EXPECT_TRUE(fs::exists(item));
     EXPECT_TRUE(fs::is_empty(tree / "elsewhere"));
     EXPECT_TRUE(fs::is_empty(trash / "files"));
 
-    tree.symlink((tree / "project").native(), "through-link");
-    EXPECT_EQ(failureOf([&] { Trash::moveToTrash(tree / "through-link/item", {}); }),
-              "A symbolic link was found where a folder was expected.");
-    EXPECT_EQ(failureOf([&] { Trash::moveToTrash(tree / "project/missing", {}); }),
-              "The file doesn’t exist.");
+    fs::remove_all(trash);
+    EXPECT_EQ(failureOf([&] { moveToTrash(tree / "project/missing"); }), "The file doesn’t exist.");
+    EXPECT_TRUE(fs::is_empty(trash / "info"));
     EXPECT_TRUE(fs::exists(item));
 }
 
@@ -254,7 +286,7 @@ void bindMount(const fs::path& source, const fs::path& target) {
 
 // Trashes `item` and tells where it went and the path its record holds, relative to `volume`.
 std::string trashAndDescribe(const fs::path& item, const fs::path& volume) {
-    const auto location = Trash::moveToTrash(item, identityOf(item)).location;
+    const auto location = moveToTrash(item).location;
     return location.lexically_relative(volume).native() + " " +
            recordedPath(location.parent_path().parent_path(), location.filename().native());
 }
@@ -291,7 +323,7 @@ TEST_F(TrashTest, UsesTheTrashAtTheTopOfAnotherMount) {
         lines.push_back(trashAndDescribe(tree.file("volume/project/four"), volume));
         lines.push_back(trashAndDescribe(tree.file("volume/top"), volume));
 
-        Trash::restore(shared / user / "files/four", volume / "project/four");
+        restore(shared / user / "files/four", volume / "project/four");
         lines.push_back(fs::exists(volume / "project/four") ? "restored" : "not restored");
         lines.push_back(fs::exists(shared / user / "info/four.trashinfo") ? "record kept"
                                                                           : "record gone");
@@ -323,7 +355,7 @@ TEST_F(TrashTest, TellsMountsApartEvenOnOneDevice) {
         tree.folder("data/Trash/info");
         bindMount(tree.folder("data/Trash/files"), trash / "files");
         const auto item = tree.file("project/item");
-        lines += failureOf([&] { Trash::moveToTrash(item, identityOf(item)); }) + "\n";
+        lines += failureOf([&] { moveToTrash(item); }) + "\n";
         lines += fs::exists(item) ? "in place " : "gone ";
         return lines + (fs::is_empty(trash / "info") ? "no record" : "record left");
     });
@@ -345,11 +377,11 @@ TEST_F(TrashTest, RefusesAMountWithoutAUsableTrash) {
         const auto own = ".Trash-" + std::to_string(::getuid());
         tree.folder("volume/elsewhere");
         fs::create_directory_symlink(volume / "elsewhere", volume / own);
-        std::string lines = failureOf([&] { Trash::moveToTrash(item, identityOf(item)); }) + "\n";
+        std::string lines = failureOf([&] { moveToTrash(item); }) + "\n";
         fs::remove(volume / own);
         tree.folder("volume/" + own);
         ::chown((volume / own).c_str(), 65534, 65534);
-        lines += failureOf([&] { Trash::moveToTrash(item, identityOf(item)); }) + "\n";
+        lines += failureOf([&] { moveToTrash(item); }) + "\n";
         return lines +
                (fs::exists(item) && fs::is_empty(volume / "elsewhere") && fs::is_empty(volume / own)
                     ? "untouched"
@@ -358,7 +390,10 @@ TEST_F(TrashTest, RefusesAMountWithoutAUsableTrash) {
     if (!report) {
         GTEST_SKIP() << mountsNotPermitted;
     }
-    EXPECT_EQ(*report, std::string(noUsableTrash) + "\n" + noUsableTrash + "\nuntouched");
+    EXPECT_EQ(*report, std::string(noUsableTrash) + "\nThe trash " + volume.native() + "/.Trash-" +
+                           std::to_string(::getuid()) +
+                           " belongs to another user or others may change it, so nothing was moved "
+                           "there.\nuntouched");
 }
 
 }  // namespace

@@ -141,5 +141,42 @@ TEST_F(CleanupFixture, RestoresWithoutReplacingAnything) {
     EXPECT_THAT(nothing.errors, IsEmpty());
 }
 
+TEST_F(CleanupFixture, RestoresOnlyFromATrashToThePlaceItsRecordNames) {
+    const Date old = currentDate() - 3 * day;
+    tree.file("cache/blob", 100, old);
+    const auto secret = tree.file("documents/secret.txt", 5);
+    const auto removed = AIStorageCleanup::moveToTrash(scanned("cache", "Cache").cleanupFiles);
+    ASSERT_EQ(removed.items.size(), 1u);
+    const auto& trashed = removed.items[0];
+
+    // Undo records edited by hand: any file as the "trashed" item, or a trashed item sent
+    // somewhere else than where it came from.
+    auto anyFile = trashed;
+    anyFile.trashURL = secret;
+    anyFile.original.url = tree / "documents/moved.txt";
+    auto elsewhere = trashed;
+    elsewhere.original.url = tree / "autostart/blob";
+    tree.folder("autostart");
+    auto notStandard = trashed;
+    notStandard.trashURL = tree / "data/Trash/files/../files/blob";
+    const auto result = AIStorageCleanup::restore({anyFile, elsewhere, notStandard});
+    EXPECT_EQ(result.restored, 0);
+    EXPECT_THAT(
+        result.errors,
+        ElementsAre("moved.txt: It is not in a trash’s files folder, so it is not restored from "
+                    "there.",
+                    "blob: Its trash record does not name this place as where it came from, so "
+                    "it is not restored there.",
+                    "blob: Its undo record names a path that is not absolute and standardised, "
+                    "so it was not used."));
+    EXPECT_TRUE(presentAt(secret));
+    EXPECT_FALSE(presentAt(tree / "documents/moved.txt"));
+    EXPECT_TRUE(std::filesystem::is_empty(tree / "autostart"));
+    EXPECT_TRUE(presentAt(trashed.trashURL));
+
+    EXPECT_EQ(AIStorageCleanup::restore({trashed}).restored, 1);
+    EXPECT_TRUE(presentAt(tree / "cache/blob"));
+}
+
 }  // namespace
 }  // namespace tallowmere

@@ -90,8 +90,10 @@ TEST_F(LocationRemovalFixture, HandlesFoldersOfOneHundredThousandItems) {
     EXPECT_EQ(snapshot.itemCount, 100000);
     EXPECT_THROW(StorageLocationTrash::snapshot(top, "Cache", "", 99999, options), ReviewError);
 
+    RemovalOptions removal;
+    removal.pauses = false;
     const auto result =
-        StorageLocationTrash::remove({snapshot}, StorageRemovalMethod::permanent, options);
+        StorageLocationTrash::remove({snapshot}, StorageRemovalMethod::permanent, removal);
     EXPECT_EQ(result.moved, 1);
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_FALSE(presentAt(top));
