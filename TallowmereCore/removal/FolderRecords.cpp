@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <iterator>
 
 #include "measurement/Date.h"
@@ -34,6 +35,17 @@ void appendField(std::string& text, std::string_view field) {
     text += field;
 }
 
+// "seconds.nanoseconds" of the status change, or "-" when the file system keeps none.
+std::string_view changeText(const EntryStatus& status, char (&buffer)[48]) {
+    if (!status.hasStatusChanged) {
+        return "-";
+    }
+    const int length = std::snprintf(buffer, sizeof buffer, "%lld.%09d",
+                                     static_cast<long long>(status.statusChangedSeconds),
+                                     static_cast<int>(status.statusChangedNanoseconds));
+    return {buffer, static_cast<std::size_t>(length)};
+}
+
 // The five fields of an item's record, then its change time.
 void appendRecord(std::string& text, std::string_view relativePath, const EntryStatus& status,
                   std::size_t& recordLength) {
@@ -46,9 +58,8 @@ void appendRecord(std::string& text, std::string_view relativePath, const EntryS
     appendField(text,
                 status.kind == EntryKind::directory ? "-1" : std::to_string(status.logicalBytes));
     recordLength = text.size() - start;
-    appendField(text, status.hasStatusChanged ? std::to_string(status.statusChangedSeconds) + "." +
-                                                    std::to_string(status.statusChangedNanoseconds)
-                                              : "-");
+    char buffer[48];
+    appendField(text, changeText(status, buffer));
 }
 
 }  // namespace
@@ -77,10 +88,11 @@ std::string FolderRecords::fingerprint() const {
 }
 
 std::string FolderRecords::changeFingerprint() const {
+    // The records fix the items and their order, so their change times alone are enough here.
     Sha256 digest;
     for (const Span& span : m_spans) {
         if (!record(span).starts_with("0:")) {  // the folder's own record
-            digest.update(fullRecord(span));
+            digest.update(fullRecord(span).substr(span.recordLength));
         }
     }
     return digest.hexDigest();

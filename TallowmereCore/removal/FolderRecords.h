@@ -23,8 +23,9 @@ public:
 
     // The SHA-256 of the records in ascending byte order, as lower-case hexadecimal.
     std::string fingerprint() const;
-    // The SHA-256 of every item's record with its status change time, the folder's own left
-    // out: moving the folder changes its own, nothing below it.
+    // The SHA-256 of every item's status change time in the order of the records, the
+    // folder's own left out: moving the folder changes its own, nothing below it. Compared
+    // beside an equal fingerprint, which fixes the items and their order.
     std::string changeFingerprint() const;
     // True when `status` at `relativePath` is an item recorded exactly so, change time included.
     bool contains(std::string_view relativePath, const EntryStatus& status) const;
