@@ -3,18 +3,9 @@
 #include <iostream>
 
 #include "RecordJson.h"
-#include "platform/Deletion.h"
-#include "platform/UserFolders.h"
 #include "text/JsonWriter.h"
 
 namespace tallowmere::cli {
-
-void forgetSummary() {
-    try {
-        Deletion::removeFile(UserFolders::summaryFile());
-    } catch (const std::exception&) {
-    }
-}
 
 namespace {
 

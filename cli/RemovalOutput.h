@@ -9,10 +9,6 @@
 
 namespace tallowmere::cli {
 
-// Deletes the scan summary before anything is removed or restored, so the next start never
-// shows sizes from before the change; a failure is of no consequence.
-void forgetSummary();
-
 // What a removal or an undo did, as the commands report it.
 struct Outcome {
     const char* countKey;  // "moved" or "restored"

@@ -12,6 +12,7 @@
 #include "ReviewSheet.h"
 #include "UndoFile.h"
 #include "Usage.h"
+#include "persistence/StorageScanCache.h"
 #include "platform/PathRules.h"
 #include "platform/UserFolders.h"
 #include "removal/RemovalMessages.h"
@@ -105,7 +106,7 @@ int runRemove(const std::vector<std::string>& arguments) {
         undo = UndoFile::open(undoPath, UndoFile::Missing::create);
         undo->save(undo->items());
     }
-    forgetSummary();
+    StorageScanCache::forget();
     std::stop_source stopRemoval;
     std::string undoFailure;
     RemovalOptions removalOptions;

@@ -6,6 +6,7 @@
 #include "RemovalOutput.h"
 #include "UndoFile.h"
 #include "Usage.h"
+#include "persistence/StorageScanCache.h"
 #include "platform/PathRules.h"
 #include "removal/FileCleanup.h"
 #include "removal/RemovalMessages.h"
@@ -24,7 +25,7 @@ int runRestore(const std::vector<std::string>& arguments) {
     }
     const auto path = PathRules::absoluteStandardized(options.operands[0]);
     UndoFile undo = UndoFile::open(path, UndoFile::Missing::refuse);
-    forgetSummary();
+    StorageScanCache::forget();
     StorageRestoreResult result;
     const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
         RemovalOptions restoreOptions;

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <exception>
 #include <system_error>
 
 #include "platform/AtomicFile.h"
+#include "platform/Deletion.h"
+#include "platform/UserFolders.h"
 #include "text/JsonDocument.h"
 #include "text/JsonWriter.h"
 
@@ -197,6 +200,13 @@ std::optional<StorageScan> load(const std::filesystem::path& file,
         return json ? decode(*json, home, customPaths, now) : std::nullopt;
     } catch (const std::exception&) {
         return std::nullopt;
+    }
+}
+
+void forget() noexcept {
+    try {
+        Deletion::removeFile(UserFolders::summaryFile());
+    } catch (const std::exception&) {
     }
 }
 

@@ -37,4 +37,9 @@ std::optional<StorageScan> load(const std::filesystem::path& file,
                                 const std::filesystem::path& home,
                                 const std::vector<std::string>& customPaths, Date now) noexcept;
 
+// Deletes the summary at its usual place (UserFolders::summaryFile()) before a removal or an
+// undo, so that a start before the next scan never shows sizes from before the change. A
+// failure, or no summary at all, is of no consequence.
+void forget() noexcept;
+
 }  // namespace tallowmere::StorageScanCache

@@ -212,6 +212,13 @@ TEST(StorageScanCache, SummaryFileLiesInTheCachesFolder) {
         testing::ScopedVariable caches("XDG_CACHE_HOME", value);
         EXPECT_EQ(UserFolders::summaryFile(), userHome / ".cache/Tallowmere/storage-summary.json");
     }
+
+    // Forgotten before a removal or an undo; with nothing there, nothing happens.
+    testing::ScopedVariable caches("XDG_CACHE_HOME", std::nullopt);
+    const auto file = tree.file("home/dev/.cache/Tallowmere/storage-summary.json");
+    StorageScanCache::forget();
+    EXPECT_FALSE(testing::presentAt(file));
+    StorageScanCache::forget();
 }
 
 }  // namespace
