@@ -16,6 +16,7 @@
 #include "platform/PathRules.h"
 #include "platform/UserFolders.h"
 #include "removal/RemovalMessages.h"
+#include "text/TerminalText.h"
 
 namespace tallowmere::cli {
 
@@ -100,6 +101,11 @@ int runRemove(const std::vector<std::string>& arguments) {
         return failed;
     }
     const RemovalScope scope = scopeOf(record, options);
+    if (scope.isEmpty()) {
+        std::cerr << "“" << TerminalText::escaped(record.review.owner)
+                  << "” has no storage locations here. If it is a tracked folder, give it again "
+                     "with --track.\n";
+    }
     // The undo file is ours and known to be writable before anything moves.
     std::optional<UndoFile> undo;
     if (method == StorageRemovalMethod::trash) {

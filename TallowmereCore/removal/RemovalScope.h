@@ -21,6 +21,10 @@ public:
     RemovalScope(std::string owner, const std::filesystem::path& home,
                  const std::vector<StorageLocation>& measured);
 
+    // True when the owner has no location at all among those measured: a tool that left no
+    // storage, or a tracked folder that is no longer tracked.
+    bool isEmpty() const { return m_folders.empty(); }
+
     // Why the folder of `snapshot` may not be removed whole, or nothing when it may: it must be
     // absolute and standardized, one of the owner's locations or inside one, and not broad.
     std::optional<std::string> refusalOfFolder(const StorageLocationSnapshot& snapshot) const;

@@ -160,6 +160,8 @@ TEST_F(RemovalCommands, ReviewsAreSelectionsThatCannotReachBeyondTheTool) {
               0);
     const auto untracked = runCli({"remove", trackedReview}, home.root());
     EXPECT_EQ(untracked.exitCode, 1);
+    EXPECT_THAT(untracked.err, HasSubstr("“.venv” has no storage locations here. If it is a "
+                                         "tracked folder, give it again with --track."));
     EXPECT_THAT(untracked.err, HasSubstr(".venv: It is not a storage location of .venv"));
     EXPECT_TRUE(presentAt(tracked));
     const auto removed =
