@@ -4,6 +4,10 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include <cerrno>
+
+#include "platform/FileSystemError.h"
+
 #ifndef STATX_MNT_ID
 #define STATX_MNT_ID 0x1000U
 #endif
@@ -48,6 +52,14 @@ bool readEntryStatus(int directoryFd, const char* name, EntryStatus& status) {
     status.statusChangedNanoseconds = static_cast<std::int32_t>(result.stx_ctime.tv_nsec);
     status.mountId = (result.stx_mask & STATX_MNT_ID) ? result.stx_mnt_id : 0;
     return true;
+}
+
+EntryStatus entryStatusAt(int directoryFd, const char* name) {
+    EntryStatus status;
+    if (!readEntryStatus(directoryFd, name, status)) {
+        throw FileSystemError::fromErrno(errno);
+    }
+    return status;
 }
 
 }  // namespace tallowmere

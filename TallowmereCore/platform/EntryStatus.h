@@ -31,4 +31,7 @@ struct EntryStatus {
 // directory itself when `name` is empty). Returns false and sets errno when it cannot.
 bool readEntryStatus(int directoryFd, const char* name, EntryStatus& status);
 
+// The same, for callers that treat a failed read as an error: throws FileSystemError.
+EntryStatus entryStatusAt(int directoryFd, const char* name);
+
 }  // namespace tallowmere

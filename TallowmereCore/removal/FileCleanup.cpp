@@ -25,12 +25,11 @@ std::string errorText(const std::filesystem::path& item, const std::exception& e
     return PathRules::lastComponent(item) + ": " + error.what();
 }
 
-// Throws FileTrashError unless the file still lies in its location, without links on the way,
-// and is still eligible now.
+// Throws FileTrashError unless the file still lies in its location and is still eligible now.
+// (A link on the way is refused when the file's folder is opened.)
 void checkStillEligible(const StorageCleanupFile& file, const std::filesystem::path& path) {
     const auto root = PathRules::standardized(file.root);
     if (!PathRules::isInside(path.native(), root.native()) ||
-        PathRules::resolvingSymlinks(path) != path ||
         !eligible(path, file.entry.modified, file.category, currentDate(), file.includesRecent)) {
         throw FileTrashError();
     }
@@ -68,14 +67,6 @@ void removeOne(const StorageCleanupFile& file, StorageRemovalMethod method,
     }
 }
 
-EntryStatus statusAt(int folderFd, const std::string& name) {
-    EntryStatus status;
-    if (!readEntryStatus(folderFd, name.c_str(), status)) {
-        throw FileSystemError::fromErrno(errno);
-    }
-    return status;
-}
-
 // The folder of the former place, opened without links: one reached through a link counts as
 // taken, like a place where something stands.
 FileDescriptor openFormerFolder(const std::filesystem::path& folder) {
@@ -100,7 +91,7 @@ FileIdentity checkedInTrash(const TrashedStorageFile& item, const Trash::Trashed
                                             options.checkOptions());
         return FileIdentity::parse(reviewed->fileIdentity).value_or(FileIdentity{});
     }
-    const EntryStatus status = statusAt(trashed.folderFd(), trashed.name);
+    const EntryStatus status = entryStatusAt(trashed.folderFd(), trashed.name.c_str());
     FileTrash::validate(item.original, status);
     return status.identity;
 }
@@ -125,7 +116,7 @@ void restoreOne(const TrashedStorageFile& item, const RemovalOptions& options) {
     Trash::moveOut(trashed, folder.get(), name);
     options.step(RemovalOptions::Step::taken, target);
     // What arrived must be what was checked; anything swapped in meanwhile goes back.
-    if (statusAt(folder.get(), name).identity != checked) {
+    if (entryStatusAt(folder.get(), name.c_str()).identity != checked) {
         if (!Renaming::moveWithoutReplacing(folder.get(), name.c_str(), trashed.folderFd(),
                                             trashed.name.c_str())) {
             throw std::runtime_error(std::string(FileTrashError().what()) +

@@ -12,14 +12,6 @@ namespace tallowmere {
 
 namespace {
 
-EntryStatus statusAt(int folderFd, const std::string& name) {
-    EntryStatus status;
-    if (!readEntryStatus(folderFd, name.c_str(), status)) {
-        throw FileSystemError::fromErrno(errno);
-    }
-    return status;
-}
-
 std::string leftAside(const std::string& asideName) {
     return " Something new stands at its place, so it was put beside it as “" + asideName + "”.";
 }
@@ -38,8 +30,8 @@ ItemInHand ItemInHand::at(const std::filesystem::path& place) {
         }
         throw;
     }
-    item.m_folderStatus = statusAt(item.m_folder.get(), "");
-    item.m_statusAtPlace = statusAt(item.m_folder.get(), item.m_name);
+    item.m_folderStatus = entryStatusAt(item.m_folder.get(), "");
+    item.m_statusAtPlace = entryStatusAt(item.m_folder.get(), item.m_name.c_str());
     return item;
 }
 
@@ -65,7 +57,7 @@ const std::string& ItemInHand::heldName() const {
 }
 
 EntryStatus ItemInHand::heldStatus() const {
-    return statusAt(heldFolderFd(), heldName());
+    return entryStatusAt(heldFolderFd(), heldName().c_str());
 }
 
 std::string ItemInHand::putBack() noexcept {

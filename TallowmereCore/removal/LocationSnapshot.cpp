@@ -32,14 +32,6 @@ constexpr auto pauseLength = std::chrono::milliseconds(2);
     throw ReviewError(kind);
 }
 
-EntryStatus statusAt(int directoryFd, const char* name) {
-    EntryStatus status;
-    if (!readEntryStatus(directoryFd, name, status)) {
-        throw FileSystemError::fromErrno(errno);
-    }
-    return status;
-}
-
 // A depth-first walk below one opened folder that records every item and never leaves the
 // folder's mount or follows a link.
 class SnapshotWalk {
@@ -97,9 +89,9 @@ private:
             std::this_thread::sleep_for(pauseLength);
         }
         // A failed read is tried once more for its reason; an item that reads now is recorded.
-        const EntryStatus status = entry.statusFailed
-                                       ? statusAt(folder.stream.fd(), folder.chunk.cName(entry))
-                                       : entry.status;
+        const EntryStatus status =
+            entry.statusFailed ? entryStatusAt(folder.stream.fd(), folder.chunk.cName(entry))
+                               : entry.status;
         if (!sameMount(status, m_folderStatus)) {
             fail(ReviewError::Kind::unavailable);
         }
@@ -148,8 +140,8 @@ private:
 
 // The folder's own status, once it is known to be a plain folder that is not a mount point.
 EntryStatus checkedFolderStatus(const std::filesystem::path& target) {
-    const EntryStatus status = statusAt(AT_FDCWD, target.c_str());
-    const EntryStatus parent = statusAt(AT_FDCWD, target.parent_path().c_str());
+    const EntryStatus status = entryStatusAt(AT_FDCWD, target.c_str());
+    const EntryStatus parent = entryStatusAt(AT_FDCWD, target.parent_path().c_str());
     if (status.kind != EntryKind::directory || !sameMount(status, parent)) {
         fail(ReviewError::Kind::broadLocation);
     }
@@ -177,7 +169,7 @@ StorageLocationSnapshot snapshot(const std::filesystem::path& folder, const std:
         fail(ReviewError::Kind::unavailable);
     }
     // The folder opened must be the one just checked, not one put in its place since.
-    const EntryStatus opened = statusAt(stream.fd(), "");
+    const EntryStatus opened = entryStatusAt(stream.fd(), "");
     if (opened.identity != checked.identity) {
         throw FileTrashError();
     }
@@ -202,7 +194,7 @@ FolderRecords checkedFolder(int parentFd, const std::string& name,
         }
         throw FileSystemError::fromErrno(errno);
     }
-    const EntryStatus opened = statusAt(stream.fd(), "");
+    const EntryStatus opened = entryStatusAt(stream.fd(), "");
     if (opened.identity.text() != reviewed.fileIdentity) {
         throw FileTrashError();
     }
