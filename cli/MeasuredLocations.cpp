@@ -1,9 +1,7 @@
 #include "MeasuredLocations.h"
 
 #include "Usage.h"
-#include "catalog/LocationDiscovery.h"
 #include "platform/PathRules.h"
-#include "platform/ProcessEnvironment.h"
 
 namespace tallowmere::cli {
 
@@ -27,12 +25,6 @@ std::vector<std::string> trackedPaths(const Options& options) {
         paths.push_back(PathRules::absoluteStandardized(path).native());
     }
     return paths;
-}
-
-std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
-                                               StorageLayout layout,
-                                               const std::vector<std::string>& tracked) {
-    return AIStorageScanner::measuredLocations(home, processEnvironment(), layout, tracked);
 }
 
 }  // namespace tallowmere::cli

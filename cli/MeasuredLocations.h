@@ -17,10 +17,4 @@ StorageLayout layoutFrom(const Options& options);
 // throws UsageError for an empty one.
 std::vector<std::string> trackedPaths(const Options& options);
 
-// What a scan measures: the locations discovered for `home` with this process's environment,
-// then one custom location per tracked path.
-std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
-                                               StorageLayout layout,
-                                               const std::vector<std::string>& tracked);
-
 }  // namespace tallowmere::cli

@@ -12,8 +12,10 @@
 #include "ReviewSheet.h"
 #include "UndoFile.h"
 #include "Usage.h"
+#include "catalog/LocationDiscovery.h"
 #include "persistence/StorageScanCache.h"
 #include "platform/PathRules.h"
+#include "platform/ProcessEnvironment.h"
 #include "platform/UserFolders.h"
 #include "removal/RemovalMessages.h"
 #include "text/TerminalText.h"
@@ -53,7 +55,8 @@ bool permanentDeletionConfirmed(const Options& options, const LocationRemovalRev
 RemovalScope scopeOf(const ReviewRecord& record, const Options& options) {
     const auto home = UserFolders::homeFolder();
     return RemovalScope(record.review.owner, home,
-                        measuredLocations(home, record.layout, trackedPaths(options)));
+                        AIStorageScanner::measuredLocations(home, processEnvironment(),
+                                                            record.layout, trackedPaths(options)));
 }
 
 // Writes the undo records that are still only in memory; when that fails, prints them, so

@@ -6,7 +6,9 @@
 
 #include "Interruptible.h"
 #include "MeasuredLocations.h"
+#include "catalog/LocationDiscovery.h"
 #include "measurement/AIStorageScanner.h"
+#include "platform/ProcessEnvironment.h"
 #include "platform/UserFolders.h"
 #include "text/SizeText.h"
 
@@ -49,7 +51,8 @@ ScanOptions walkOptions(const Options& options, std::stop_token stopToken) {
 std::optional<ScanRun> runScanFor(const Options& options, std::int64_t maxEntries,
                                   bool showProgress) {
     ScanRun run{UserFolders::homeFolder(), trackedPaths(options), {}};
-    const auto locations = measuredLocations(run.home, layoutFrom(options), run.tracked);
+    const auto locations = AIStorageScanner::measuredLocations(run.home, processEnvironment(),
+                                                               layoutFrom(options), run.tracked);
     ProgressLine progress(showProgress && ::isatty(STDERR_FILENO));
     // Without a progress line the scanner need not copy snapshots at all.
     AIStorageScanner::ProgressHandler onProgress;

@@ -78,14 +78,6 @@ std::string placed(const std::string& relativePath, const Environment& environme
     return movedByEnvironment(placedForLayout(relativePath, layout), environment);
 }
 
-std::vector<StorageLocation> placedCatalog(const Environment& environment, StorageLayout layout) {
-    std::vector<StorageLocation> result = locations();
-    for (auto& location : result) {
-        location.relativePath = placed(location.relativePath, environment, layout);
-    }
-    return result;
-}
-
 void appendEditorExtensions(std::vector<StorageLocation>& result, const std::filesystem::path& home,
                             const Environment& environment, StorageLayout layout,
                             const std::stop_token& stopToken) {
@@ -137,6 +129,14 @@ std::vector<StorageLocation> withoutRepeatedFolders(std::vector<StorageLocation>
 
 }  // namespace
 
+std::vector<StorageLocation> placedCatalog(const Environment& environment, StorageLayout layout) {
+    std::vector<StorageLocation> result = locations();
+    for (auto& location : result) {
+        location.relativePath = placed(location.relativePath, environment, layout);
+    }
+    return result;
+}
+
 std::vector<StorageLocation> discoverLocations(const std::filesystem::path& home,
                                                const Environment& environment, StorageLayout layout,
                                                std::stop_token stopToken) {
@@ -149,8 +149,9 @@ std::vector<StorageLocation> discoverLocations(const std::filesystem::path& home
 
 std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
                                                const Environment& environment, StorageLayout layout,
-                                               const std::vector<std::string>& trackedFolders) {
-    auto locations = discoverLocations(home, environment, layout);
+                                               const std::vector<std::string>& trackedFolders,
+                                               std::stop_token stopToken) {
+    auto locations = discoverLocations(home, environment, layout, stopToken);
     for (const auto& folder : trackedFolders) {
         locations.push_back(customFolderLocation(folder));
     }

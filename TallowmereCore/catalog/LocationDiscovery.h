@@ -24,12 +24,18 @@ std::vector<StorageLocation> discoverLocations(const std::filesystem::path& home
                                                StorageLayout layout = nativeStorageLayout(),
                                                std::stop_token stopToken = {});
 
+// The built-in catalog alone, placed for `layout` and moved by the XDG variables of
+// `environment`: the folders a tracked folder must not repeat.
+std::vector<StorageLocation> placedCatalog(const Environment& environment, StorageLayout layout);
+
 // What one scan measures: the locations `discoverLocations` finds, then one custom location
 // per tracked folder (absolute, standardized), in the order given. Both front ends measure
-// this, and a removal derives from it what a review may remove.
+// this, and a removal derives from it what a review may remove. Throws ScanCancelled as
+// discoverLocations does.
 std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home,
                                                const Environment& environment, StorageLayout layout,
-                                               const std::vector<std::string>& trackedFolders);
+                                               const std::vector<std::string>& trackedFolders,
+                                               std::stop_token stopToken = {});
 
 // The visible sub-folders of `folder` among its first `limit` entries in byte order (files
 // count toward the limit), leaving out symbolic links; nothing when `folder` lies behind a

@@ -53,7 +53,7 @@ public:
         m_lastReport = now;
         StorageScan snapshot = soFar;
         snapshot.completedAt = m_startedAt;
-        m_handler(snapshot);
+        m_handler(std::move(snapshot));
     }
 
 private:

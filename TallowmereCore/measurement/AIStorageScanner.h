@@ -33,7 +33,8 @@ struct ScanOptions {
 
 namespace tallowmere::AIStorageScanner {
 
-using ProgressHandler = std::function<void(const StorageScan&)>;
+// Given each progress snapshot to keep: a copy of the findings so far, the handler's own.
+using ProgressHandler = std::function<void(StorageScan)>;
 
 // Measures `locations` under `home` (absolute, with links resolved) in order, walking at most
 // `maxEntriesPerLocation` entries of each folder. Calls `onProgress` on the calling thread at

@@ -14,8 +14,10 @@ struct DiskSpace {
     // the folder when the file system cannot tell.
     static DiskSpace read(const std::filesystem::path& folder);
 
-    // True when fewer than `thresholdGB` decimal gigabytes are available.
-    bool isLow(std::int64_t thresholdGB) const { return available < thresholdGB * 1'000'000'000; }
+    // True when fewer than `thresholdGB` decimal gigabytes are available. A threshold beyond
+    // what 64 bits can hold in bytes (set by hand in a settings file) counts as the largest
+    // or smallest byte count, so a huge threshold is always low and a hugely negative one never.
+    bool isLow(std::int64_t thresholdGB) const;
 };
 
 }  // namespace tallowmere

@@ -135,7 +135,13 @@ std::optional<double> JsonValue::number() const {
     return m_node->get<double>();
 }
 
-bool JsonValue::isNull() const { return m_node && m_node->is_null(); }
+bool JsonValue::isNull() const {
+    return m_node && m_node->is_null();
+}
+
+bool JsonValue::isObject() const {
+    return m_node && m_node->is_object();
+}
 
 std::optional<bool> JsonValue::boolean() const {
     if (!m_node || !m_node->is_boolean()) {

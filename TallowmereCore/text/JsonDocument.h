@@ -36,6 +36,10 @@ public:
     std::optional<bool> boolean() const;
     // True when this value is present and null.
     bool isNull() const;
+    // True when this value is present, whatever its type.
+    bool isPresent() const { return m_node != nullptr; }
+    // True when this value is an object.
+    bool isObject() const;
 
     // The elements of this array, in order.
     std::optional<std::vector<JsonValue>> elements() const;

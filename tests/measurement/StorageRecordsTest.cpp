@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "TemporaryTree.h"
 #include "measurement/DiskSpace.h"
 #include "measurement/FileEntry.h"
@@ -59,6 +61,10 @@ TEST(DiskSpace, ReadsTheVolumeAndComparesInDecimalGigabytes) {
 
     EXPECT_TRUE((DiskSpace{0, 19'999'999'999}).isLow(20));
     EXPECT_FALSE((DiskSpace{0, 20'000'000'000}).isLow(20));
+    // A threshold whose bytes do not fit in 64 bits saturates instead of wrapping around.
+    EXPECT_TRUE((DiskSpace{0, std::numeric_limits<std::int64_t>::max()}).isLow(9'300'000'000));
+    EXPECT_FALSE((DiskSpace{0, 0}).isLow(-9'300'000'000));
+    EXPECT_FALSE((DiskSpace{0, 0}).isLow(0));
 }
 
 }  // namespace

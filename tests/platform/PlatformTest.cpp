@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -9,6 +10,7 @@
 #include "TemporaryTree.h"
 #include "platform/PathRules.h"
 #include "platform/UserFolders.h"
+#include "platform/WakeTimer.h"
 
 namespace tallowmere {
 namespace {
@@ -50,6 +52,27 @@ TEST(UserFolders, HomeComesFromTheEnvironmentWithLinksResolvedOnce) {
         testing::ScopedVariable home("HOME", value);
         EXPECT_EQ(UserFolders::homeFolder(), expected);
     }
+}
+
+bool readableWithin(int fd, int milliseconds) {
+    pollfd watched{fd, POLLIN, 0};
+    return ::poll(&watched, 1, milliseconds) == 1;
+}
+
+TEST(WakeTimer, FiresOnceAfterItsDelayUntilArmedAgain) {
+    using namespace std::chrono_literals;
+    WakeTimer timer;
+    EXPECT_FALSE(readableWithin(timer.fd(), 50));  // not armed
+    timer.arm(20ms);
+    EXPECT_TRUE(readableWithin(timer.fd(), 5000));
+    timer.acknowledge();
+    EXPECT_FALSE(readableWithin(timer.fd(), 100));  // one-shot
+    timer.arm(0ns);                                 // at once, not disarmed
+    EXPECT_TRUE(readableWithin(timer.fd(), 5000));
+    timer.acknowledge();
+    timer.arm(1h);
+    timer.arm(10ms);  // replaces the earlier arming
+    EXPECT_TRUE(readableWithin(timer.fd(), 5000));
 }
 
 }  // namespace
