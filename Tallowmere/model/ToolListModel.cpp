@@ -1,0 +1,27 @@
+#include "ToolListModel.h"
+
+#include "NativeText.h"
+#include "text/SizeText.h"
+
+namespace tallowmere {
+
+ToolListModel::ToolListModel(QObject* parent)
+    : RowListModel(
+          {"owner", "allocatedBytes", "sizeText", "locationCount", "incomplete", "fileCount"},
+          parent) {}
+
+bool ToolListModel::show(const std::vector<const StorageTool*>& tools) {
+    std::vector<Row> rows;
+    rows.reserve(tools.size());
+    for (const StorageTool* tool : tools) {
+        const std::int64_t bytes = tool->allocatedBytes();
+        const auto visible = std::ranges::count_if(tool->findings, StorageTool::isVisible);
+        rows.push_back({NativeText::toQString(tool->owner), qint64{bytes},
+                        QString::fromStdString(SizeText::bytes(bytes)),
+                        static_cast<qint64>(visible), tool->incomplete(),
+                        qint64{tool->fileCount()}});
+    }
+    return replaceRows(std::move(rows));
+}
+
+}  // namespace tallowmere
