@@ -51,22 +51,6 @@ void writeRow(JsonWriter& json, const StorageFinding& finding) {
     json.endObject();
 }
 
-std::optional<std::vector<std::string>> stringList(const JsonValue& value) {
-    const auto elements = value.elements();
-    if (!elements) {
-        return std::nullopt;
-    }
-    std::vector<std::string> strings;
-    for (const auto& element : *elements) {
-        auto text = element.string();
-        if (!text) {
-            return std::nullopt;
-        }
-        strings.push_back(std::move(*text));
-    }
-    return strings;
-}
-
 // The row keeps the folder's absolute path in place of the relative one; an absolute
 // relativePath names the same folder, so the location still denotes what was measured.
 std::optional<StorageFinding> findingFromRow(const JsonValue& row) {
@@ -122,7 +106,7 @@ std::optional<StorageScan> scanFromSnapshot(const JsonValue& snapshot,
                                             const std::vector<std::string>& customPaths, Date now) {
     const auto version = snapshot.member("version").integer();
     const auto storedHome = snapshot.member("home").string();
-    const auto storedCustomPaths = stringList(snapshot.member("customPaths"));
+    const auto storedCustomPaths = snapshot.member("customPaths").strings();
     const auto completedAt = snapshot.member("completedAt").number();
     const auto absent = snapshot.member("absent").integer();
     const auto unreadable = snapshot.member("unreadable").integer();

@@ -19,22 +19,6 @@ namespace {
 
 constexpr std::size_t largestSettingsFile = 16 * 1024 * 1024;
 
-std::optional<std::vector<std::string>> stringList(const JsonValue& value) {
-    const auto elements = value.elements();
-    if (!elements) {
-        return std::nullopt;
-    }
-    std::vector<std::string> strings;
-    for (const auto& element : *elements) {
-        auto text = element.string();
-        if (!text) {
-            return std::nullopt;
-        }
-        strings.push_back(std::move(*text));
-    }
-    return strings;
-}
-
 // Sets `into` from the member `key` when `read` finds a value of the right type there; a
 // present value of another type marks the reading damaged and leaves the default.
 template <typename Value, typename Read>
@@ -74,7 +58,9 @@ SettingsReading decode(std::string_view json) {
     take(
         root, "aiLowSpaceGB", [](const JsonValue& value) { return value.integer(); },
         settings.lowSpaceGB, reading);
-    take(root, "aiCustomPaths", stringList, settings.customPaths, reading);
+    take(
+        root, "aiCustomPaths", [](const JsonValue& value) { return value.strings(); },
+        settings.customPaths, reading);
     return reading;
 }
 

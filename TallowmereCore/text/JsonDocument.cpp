@@ -162,4 +162,20 @@ std::optional<std::vector<JsonValue>> JsonValue::elements() const {
     return values;
 }
 
+std::optional<std::vector<std::string>> JsonValue::strings() const {
+    const auto values = elements();
+    if (!values) {
+        return std::nullopt;
+    }
+    std::vector<std::string> texts;
+    for (const auto& value : *values) {
+        auto text = value.string();
+        if (!text) {
+            return std::nullopt;
+        }
+        texts.push_back(std::move(*text));
+    }
+    return texts;
+}
+
 }  // namespace tallowmere

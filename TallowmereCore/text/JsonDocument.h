@@ -44,6 +44,9 @@ public:
     // The elements of this array, in order.
     std::optional<std::vector<JsonValue>> elements() const;
 
+    // The bytes of each element of this array, when every element is a string.
+    std::optional<std::vector<std::string>> strings() const;
+
 private:
     friend class JsonDocument;
     JsonValue(const detail::JsonTree* tree, const nlohmann::json* node)
