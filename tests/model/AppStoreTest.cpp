@@ -96,6 +96,7 @@ private slots:
     void monitoringRescansOnItsClockAndSkipsBusyWakeUps();
     void listModelsStayConsistentThroughAWholeSession();
     void qmlBindingsFollowTheStore();
+    void quittingWaitsForARemovalOrAnUndoToFinish();
 };
 
 void AppStoreTest::settingsOfAnotherTypeReadAsDefaultsAndAreKeptAside() {
@@ -566,6 +567,47 @@ void AppStoreTest::qmlBindingsFollowTheStore() {
     store->reviewLocations(findingIDsOf(store->toolList(), "Ollama"), "Ollama", true);
     QVERIFY(waitUntilIdle(*store));
     QCOMPARE(view->property("review").toString(), QString("2 cache/log files · 1 whole folder"));
+}
+
+void AppStoreTest::quittingWaitsForARemovalOrAnUndoToFinish() {
+    StoreHome home;
+    const std::vector<std::filesystem::path> reviewed{home.home() / ".ollama/models",
+                                                      home.home() / ".ollama/logs/server.log",
+                                                      home.home() / ".ollama/logs/server-1.log"};
+    const auto removeOllama = [&](AppStore& store) {
+        makeOllama(home);
+        for (int file = 0; file < 2000; ++file) {
+            home.file(".ollama/models/blobs/part-" + std::to_string(file), 10);
+        }
+        store.scanAI();
+        QVERIFY(waitUntilIdle(store));
+        store.reviewLocations(findingIDsOf(store.toolList(), "Ollama"), "Ollama", true);
+        QVERIFY(waitUntilIdle(store));
+        QCOMPARE(store.pendingReview()->selectionSummary(),
+                 std::string("2 cache/log files · 1 whole folder"));
+        store.removeReviewedLocations(AppStore::RemovalMethod::Trash);
+    };
+    ChooserScript script;
+    auto store = makeStore(script);
+    QVERIFY(waitUntilIdle(*store));
+    removeOllama(*store);
+    store->stopBackgroundWork();
+    store.reset();
+    for (const auto& item : reviewed) {
+        QVERIFY2(!std::filesystem::exists(item), item.c_str());
+    }
+
+    store = makeStore(script);
+    QVERIFY(waitUntilIdle(*store));
+    removeOllama(*store);
+    QVERIFY(waitUntilIdle(*store));
+    QCOMPARE(store->undoItems()->count(), 3);
+    store->undoCleanup();
+    store->stopBackgroundWork();
+    store.reset();
+    for (const auto& item : reviewed) {
+        QVERIFY2(std::filesystem::exists(item), item.c_str());
+    }
 }
 
 QTEST_GUILESS_MAIN(AppStoreTest)
