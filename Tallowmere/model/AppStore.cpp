@@ -87,11 +87,8 @@ AppStore::AppStore(Setup setup, QObject* parent)
 
 AppStore::AppStore(QObject* parent) : AppStore(Setup{}, parent) {}
 
+// The background tasks, destroyed first, ask every task to stop and join them all.
 AppStore::~AppStore() {
-    m_monitor.reset();
-    if (m_worker) {
-        m_tasks.requestStop(*m_worker);
-    }
     liveStore = nullptr;
 }
 

@@ -71,9 +71,6 @@ public:
         }
     }
 
-    // Tasks whose outcome has not yet been handed over.
-    std::size_t running() const { return m_threads.size(); }
-
 private:
     QObject* m_receiver;
     TaskID m_lastID = 0;

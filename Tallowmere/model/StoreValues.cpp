@@ -42,8 +42,7 @@ DiskSpaceValue DiskSpaceValue::of(const DiskSpace& space) {
 
 ToolValue ToolValue::of(const StorageTool& tool) {
     const std::int64_t bytes = tool.allocatedBytes();
-    return {NativeText::toQString(tool.owner), bytes, bytesText(bytes),
-            static_cast<qint64>(std::ranges::count_if(tool.findings, StorageTool::isVisible)),
+    return {NativeText::toQString(tool.owner), bytes, bytesText(bytes), tool.visibleFindingCount(),
             tool.incomplete()};
 }
 

@@ -15,10 +15,9 @@ bool ToolListModel::show(const std::vector<const StorageTool*>& tools) {
     rows.reserve(tools.size());
     for (const StorageTool* tool : tools) {
         const std::int64_t bytes = tool->allocatedBytes();
-        const auto visible = std::ranges::count_if(tool->findings, StorageTool::isVisible);
         rows.push_back({NativeText::toQString(tool->owner), qint64{bytes},
                         QString::fromStdString(SizeText::bytes(bytes)),
-                        static_cast<qint64>(visible), tool->incomplete(),
+                        qint64{tool->visibleFindingCount()}, tool->incomplete(),
                         qint64{tool->fileCount()}});
     }
     return replaceRows(std::move(rows));

@@ -72,6 +72,10 @@ bool StorageTool::isVisible(const StorageFinding& finding) {
     return finding.allocatedBytes > 0;
 }
 
+std::int64_t StorageTool::visibleFindingCount() const {
+    return std::ranges::count_if(findings, isVisible);
+}
+
 std::vector<StorageFinding> StorageTool::visibleFindings() const {
     std::vector<StorageFinding> visible;
     std::ranges::copy_if(findings, std::back_inserter(visible), isVisible);

@@ -34,6 +34,9 @@ struct StorageTool {
     // holds a cleanable file of positive size, any other finding while it holds bytes.
     std::vector<StorageFinding> visibleFindings() const;
 
+    // How many findings visibleFindings() holds, without copying them.
+    std::int64_t visibleFindingCount() const;
+
     // The files of all findings that may be cleaned one by one, recent ones included: the
     // 500 largest, largest first, equal sizes in `findings` order.
     std::vector<StorageCleanupFile> cleanupFiles() const;

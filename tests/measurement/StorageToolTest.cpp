@@ -111,6 +111,7 @@ TEST(StorageTool, CacheAndLogFindingsShowOnlyWhileTheyHoldCleanableBytes) {
                            {bigCache, emptyFileCache, smallLogs, models, emptyModels, lowerCache}};
     EXPECT_EQ(pathsOf(tool.visibleFindings()),
               (std::vector<std::string>{"small-logs", "models", "lower-cache"}));
+    EXPECT_EQ(tool.visibleFindingCount(), 3);
 }
 
 TEST(StorageTool, CategoriesAreDistinctInByteOrder) {
