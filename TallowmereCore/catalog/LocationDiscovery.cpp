@@ -133,6 +133,7 @@ std::vector<StorageLocation> placedCatalog(const Environment& environment, Stora
     std::vector<StorageLocation> result = locations();
     for (auto& location : result) {
         location.relativePath = placed(location.relativePath, environment, layout);
+        location.detail = wordedForLayout(location.detail, layout);
     }
     return result;
 }
@@ -153,7 +154,7 @@ std::vector<StorageLocation> measuredLocations(const std::filesystem::path& home
                                                std::stop_token stopToken) {
     auto locations = discoverLocations(home, environment, layout, stopToken);
     for (const auto& folder : trackedFolders) {
-        locations.push_back(customFolderLocation(folder));
+        locations.push_back(customFolderLocation(folder, layout));
     }
     return locations;
 }

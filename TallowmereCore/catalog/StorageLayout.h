@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tallowmere {
@@ -22,5 +23,9 @@ constexpr StorageLayout nativeStorageLayout() {
 std::optional<StorageLayout> storageLayoutNamed(std::string_view name);
 // The name `storageLayoutNamed` reads back.
 std::string_view storageLayoutName(StorageLayout layout);
+
+// A catalog text, written for macOS, as a person on `layout` reads it: on Linux the Finder is
+// "the file manager" and nothing claims to be native to macOS.
+std::string wordedForLayout(std::string_view text, StorageLayout layout);
 
 }  // namespace tallowmere

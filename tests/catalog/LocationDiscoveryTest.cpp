@@ -47,6 +47,30 @@ TEST(LocationDiscovery, EmptyHomeGivesTheCatalogPlacedForItsLayout) {
     EXPECT_EQ(onLinux[0].detail, locations()[0].detail);
 }
 
+TEST(LocationDiscovery, DetailsNameTheFileManagerOfTheirLayout) {
+    TemporaryTree home;
+    const auto details = [&](StorageLayout layout) {
+        std::string all;
+        for (const auto& location :
+             measuredLocations(home.root(), {}, layout, {(home / "Work").native()})) {
+            all += location.detail + "\n";
+        }
+        return all;
+    };
+    const std::string mac = details(StorageLayout::macos);
+    const std::string onLinux = details(StorageLayout::linux);
+
+    EXPECT_THAT(mac, ::testing::HasSubstr("Added by you. Review in Finder; this may contain"));
+    EXPECT_THAT(mac, ::testing::HasSubstr("Native macOS Goose data and configuration. "));
+    EXPECT_THAT(onLinux, ::testing::HasSubstr(
+                             "Added by you. Review in the file manager; this may contain active "
+                             "work or conversation history."));
+    EXPECT_THAT(onLinux, ::testing::HasSubstr("Review in the file manager; OpenCode may need"));
+    EXPECT_THAT(onLinux, ::testing::HasSubstr("Goose desktop data and configuration. "));
+    EXPECT_THAT(onLinux, ::testing::Not(::testing::HasSubstr("Finder")));
+    EXPECT_THAT(onLinux, ::testing::Not(::testing::HasSubstr("macOS")));
+}
+
 TEST(LocationDiscovery, XdgVariablesMoveTheirFolders) {
     TemporaryTree home;
     const auto moved = discovered(home, {{"XDG_CACHE_HOME", "/c/"}, {"XDG_CONFIG_HOME", "/x"}});
