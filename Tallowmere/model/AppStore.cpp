@@ -136,8 +136,16 @@ void AppStore::setNotice(const QString& notice) {
 }
 
 QVariant AppStore::locationRemovalReview() const {
-    return m_review ? QVariant::fromValue(ReviewValue::of(*m_review))
-                    : QVariant::fromValue(nullptr);
+    if (!m_review) {
+        return QVariant::fromValue(nullptr);
+    }
+    QString home;
+    try {
+        home = NativeText::toQString(UserFolders::homeFolder().native());
+    } catch (const std::runtime_error&) {
+        // Without a home folder every path is shown in full.
+    }
+    return QVariant::fromValue(ReviewValue::of(*m_review, home));
 }
 
 // Views close the review sheet with this; a review is only ever made by reviewLocations, and

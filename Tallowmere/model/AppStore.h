@@ -117,6 +117,8 @@ public:
     const std::vector<StorageTool>& toolList() const { return m_tools; }
     const std::optional<LocationRemovalReview>& pendingReview() const { return m_review; }
     const std::vector<TrashedStorageFile>& undoList() const { return m_undoItems; }
+    // The tool owned by `owner` in the list on screen, or null.
+    const StorageTool* toolOwnedBy(const std::string& owner) const;
 
     // Starts a scan unless a scan, removal, undo, review or preparation is under way.
     Q_INVOKABLE void scanAI();
@@ -178,7 +180,6 @@ private:
     void finishRemoval(StorageRemovalMethod method, StorageCleanupResult&& result);
     void finishUndo(StorageRestoreResult&& result);
     void trackedFoldersChanged();
-    const StorageTool* toolOwnedBy(const std::string& owner) const;
 
     std::unique_ptr<FolderChooser> m_chooser;
     const std::chrono::nanoseconds m_monitorPeriod;

@@ -88,8 +88,8 @@ RowListModel::Row rowOf(const StorageFinding& finding) {
 }  // namespace
 
 FindingListModel::FindingListModel(QObject* parent)
-    : RowListModel({"id", "category", "path", "detail", "allocatedBytes", "fileCount", "eligible",
-                    "canSelect", "sizeText", "sizeLabel", "statusText", "rebuildable",
+    : RowListModel({"locationID", "category", "path", "detail", "allocatedBytes", "fileCount",
+                    "eligible", "canSelect", "sizeText", "sizeLabel", "statusText", "rebuildable",
                     "guidanceGroup", "consequence", "partialText", "largestFiles"},
                    parent) {}
 

@@ -1,6 +1,12 @@
 #include "StoreValues.h"
 
+#include <QVariantMap>
+#include <set>
+
 #include "NativeText.h"
+#include "ViewStyle.h"
+#include "guidance/StorageCleanupGroup.h"
+#include "guidance/StorageGuidance.h"
 #include "text/SizeText.h"
 
 namespace tallowmere {
@@ -22,6 +28,31 @@ QStringList textsOf(const std::vector<std::string>& texts) {
         list.push_back(NativeText::toQString(text));
     }
     return list;
+}
+
+QVariantMap fileGroupOf(const StorageCleanupGroup& group, const QString& home) {
+    const bool cache = group.kind == StorageCleanupGroup::Kind::cache;
+    std::set<QString> roots;
+    for (const auto& file : group.files) {
+        roots.insert(ViewStyle::shortPath(NativeText::toQString(file.root.native()), home));
+    }
+    const auto count = group.files.size();
+    return {{"title", cache ? "Rebuildable cache" : "Diagnostic logs"},
+            {"sizeText", bytesText(group.allocatedBytes())},
+            {"countText",
+             QString::number(count) + (count == 1 ? " file · " : " files · ") +
+                 (cache ? "May rebuild or download again" : "Removes troubleshooting records")},
+            {"roots", QStringList(roots.begin(), roots.end())}};
+}
+
+QVariantMap folderOf(const StorageLocationSnapshot& location, const QString& home) {
+    return {{"category", NativeText::toQString(location.category)},
+            {"sizeText", bytesText(location.allocatedBytes)},
+            {"shortPath", ViewStyle::shortPath(NativeText::toQString(location.url.native()), home)},
+            {"summary",
+             QString::fromStdString(StorageGuidance::forCategory(location.category).summary())},
+            {"itemsText",
+             QString::number(location.itemCount) + " items inside · includes all nested folders"}};
 }
 
 }  // namespace
@@ -46,7 +77,7 @@ ToolValue ToolValue::of(const StorageTool& tool) {
             tool.incomplete()};
 }
 
-ReviewValue ReviewValue::of(const LocationRemovalReview& review) {
+ReviewValue ReviewValue::of(const LocationRemovalReview& review, const QString& home) {
     ReviewValue value;
     value.id = QString::fromStdString(review.id);
     value.owner = NativeText::toQString(review.owner);
@@ -58,6 +89,12 @@ ReviewValue ReviewValue::of(const LocationRemovalReview& review) {
     value.allocatedBytes = review.allocatedBytes();
     value.sizeText = bytesText(value.allocatedBytes);
     value.selectionSummary = QString::fromStdString(review.selectionSummary());
+    for (const auto& group : StorageCleanupGroup::group(review.files)) {
+        value.fileGroups.push_back(fileGroupOf(group, home));
+    }
+    for (const auto& location : review.locations) {
+        value.folders.push_back(folderOf(location, home));
+    }
     return value;
 }
 

@@ -4,6 +4,7 @@
 #include <QMetaType>
 #include <QString>
 #include <QStringList>
+#include <QVariantList>
 
 #include "measurement/DiskSpace.h"
 #include "measurement/StorageScan.h"
@@ -82,6 +83,11 @@ struct ReviewValue {
     Q_PROPERTY(qint64 allocatedBytes MEMBER allocatedBytes CONSTANT)
     Q_PROPERTY(QString sizeText MEMBER sizeText CONSTANT)
     Q_PROPERTY(QString selectionSummary MEMBER selectionSummary CONSTANT)
+    // One map per kind of file, cache first: "title", "sizeText", "countText" and "roots", the
+    // sorted folders the files lie in.
+    Q_PROPERTY(QVariantList fileGroups MEMBER fileGroups CONSTANT)
+    // One map per whole folder: "category", "sizeText", "shortPath", "summary", "itemsText".
+    Q_PROPERTY(QVariantList folders MEMBER folders CONSTANT)
 
 public:
     QString id;
@@ -92,8 +98,11 @@ public:
     qint64 allocatedBytes = 0;
     QString sizeText;
     QString selectionSummary;
+    QVariantList fileGroups;
+    QVariantList folders;
 
-    static ReviewValue of(const LocationRemovalReview& review);
+    // Paths inside `home` are written from "~/".
+    static ReviewValue of(const LocationRemovalReview& review, const QString& home);
 };
 
 }  // namespace tallowmere

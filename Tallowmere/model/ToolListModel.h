@@ -10,6 +10,10 @@ namespace tallowmere {
 // Tools, one row each, as the overview and the graph show them.
 class ToolListModel : public RowListModel {
     Q_OBJECT
+    // How many of the tools have at least one byte on disk: the ones the graph shows.
+    Q_PROPERTY(int measuredCount READ measuredCount NOTIFY measuredChanged)
+    // Their bytes on disk together.
+    Q_PROPERTY(qint64 measuredBytes READ measuredBytes NOTIFY measuredChanged)
 
 public:
     enum Role {
@@ -24,8 +28,18 @@ public:
 
     explicit ToolListModel(QObject* parent = nullptr);
 
+    int measuredCount() const { return m_measuredCount; }
+    qint64 measuredBytes() const { return m_measuredBytes; }
+
     // Shows `tools`, in their order. True when anything changed.
     bool show(const std::vector<const StorageTool*>& tools);
+
+signals:
+    void measuredChanged();
+
+private:
+    int m_measuredCount = 0;
+    qint64 m_measuredBytes = 0;
 };
 
 }  // namespace tallowmere
