@@ -126,11 +126,17 @@ QVariant AppStore::diskSpace() const {
 }
 
 void AppStore::setError(const QString& error) {
+    if (error == m_error) {
+        return;
+    }
     m_error = error;
     emit errorChanged();
 }
 
 void AppStore::setNotice(const QString& notice) {
+    if (notice == m_notice) {
+        return;
+    }
     m_notice = notice;
     emit noticeChanged();
 }

@@ -103,7 +103,9 @@ QVariantList LocationSelection::sections() const {
 
 void LocationSelection::setSelected(const QString& id, bool selected) {
     const std::string bytes = NativeText::fromQString(id);
-    const bool changed = selected ? m_selected.insert(bytes).second : m_selected.erase(bytes) > 0;
+    const bool changed = selected
+                             ? selectableIDs().contains(bytes) && m_selected.insert(bytes).second
+                             : m_selected.erase(bytes) > 0;
     if (changed) {
         emit selectionChanged();
     }
@@ -115,7 +117,7 @@ void LocationSelection::setAllSelected(bool selected) {
 }
 
 void LocationSelection::setExpanded(const QString& id, bool expanded) {
-    if (expanded && m_expanded != id) {
+    if (expanded && m_expanded != id && isVisibleFinding(id)) {
         m_expanded = id;
         emit expandedChanged();
     } else if (!expanded && m_expanded == id && !id.isEmpty()) {
@@ -141,6 +143,14 @@ std::set<std::string> LocationSelection::selectableIDs() const {
     return ids;
 }
 
+bool LocationSelection::isVisibleFinding(const QString& id) const {
+    const StorageTool* shown = tool();
+    const std::string bytes = NativeText::fromQString(id);
+    return shown && std::ranges::any_of(shown->findings, [&](const StorageFinding& finding) {
+               return StorageTool::isVisible(finding) && finding.id() == bytes;
+           });
+}
+
 StorageRemovalPlan LocationSelection::plan() const {
     const StorageTool* shown = tool();
     return shown ? StorageRemovalPlan::make(*shown, m_selected, m_includeRecent)
@@ -151,14 +161,7 @@ StorageRemovalPlan LocationSelection::plan() const {
 void LocationSelection::followTool() {
     const auto selectable = selectableIDs();
     std::erase_if(m_selected, [&](const std::string& id) { return !selectable.contains(id); });
-    const StorageTool* shown = tool();
-    const bool expandedGone =
-        !m_expanded.isEmpty() &&
-        (!shown || std::ranges::none_of(shown->findings, [&](const StorageFinding& finding) {
-            return StorageTool::isVisible(finding) &&
-                   NativeText::toQString(finding.id()) == m_expanded;
-        }));
-    if (expandedGone) {
+    if (!m_expanded.isEmpty() && !isVisibleFinding(m_expanded)) {
         m_expanded.clear();
         emit expandedChanged();
     }

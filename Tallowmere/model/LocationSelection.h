@@ -66,6 +66,7 @@ signals:
 private:
     const StorageTool* tool() const;
     std::set<std::string> selectableIDs() const;
+    bool isVisibleFinding(const QString& id) const;
     StorageRemovalPlan plan() const;
     void followTool();
 

@@ -16,7 +16,7 @@ Button {
     hoverEnabled: true
     opacity: !enabled ? 0.35 : pressed ? 0.8 : 1
     scale: enabled && hovered && pressed && !Desktop.reduceMotion ? 0.985 : 1
-    Accessible.onPressAction: control.clicked()
+    Accessible.onPressAction: if (control.enabled) control.clicked()
 
     Behavior on scale {
         enabled: control.hovered && !Desktop.reduceMotion

@@ -16,6 +16,7 @@ RowLayout {
         spacing: 3
 
         Label {
+            Layout.fillWidth: true
             text: "Storage breakdown"
             font.pixelSize: 17
             color: Colors.ink
@@ -33,7 +34,7 @@ RowLayout {
         flat: true
         text: "Collapse details"
         font.pixelSize: 12
-        Accessible.onPressAction: collapse.clicked()
+        Accessible.onPressAction: if (collapse.enabled) collapse.clicked()
         onClicked: heading.selection.setExpanded(heading.selection.expandedLocationID, false)
     }
     BusyIndicator {

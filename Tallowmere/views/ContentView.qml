@@ -68,6 +68,7 @@ Item {
 
         x: content.width - width - 24
         y: 72
+        width: 360
         padding: 0
         visible: content.showSettings
         onClosed: content.showSettings = false
@@ -78,7 +79,9 @@ Item {
             border.color: Colors.line
         }
 
-        StorageSettings {}
+        StorageSettings {
+            width: parent.width
+        }
     }
 
     Dialog {

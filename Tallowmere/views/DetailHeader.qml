@@ -20,6 +20,7 @@ RowLayout {
         spacing: 2
 
         Label {
+            Layout.fillWidth: true
             text: header.tool ? header.tool.owner : ""
             font.pixelSize: 28
             font.weight: Font.DemiBold

@@ -48,7 +48,7 @@ Flow {
             hoverEnabled: true
             Accessible.role: Accessible.Link
             Accessible.name: "Open " + owner + " from chart, " + sizeText
-            Accessible.onPressAction: link.clicked()
+            Accessible.onPressAction: if (link.enabled) link.clicked()
             ToolTip.visible: hovered
             ToolTip.text: "Open " + owner
             ToolTip.delay: 600

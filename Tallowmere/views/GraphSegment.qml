@@ -20,7 +20,7 @@ AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: "Explore " + owner + " storage, " + sizeText
-    Accessible.onPressAction: segment.clicked()
+    Accessible.onPressAction: if (segment.enabled) segment.clicked()
     ToolTip.visible: hovered
     ToolTip.text: "Open " + owner + " · " + sizeText
     ToolTip.delay: 600

@@ -32,7 +32,7 @@ Rectangle {
             hoverEnabled: true
             Accessible.role: Accessible.Button
             Accessible.name: "Tallowmere, all AI tools"
-            Accessible.onPressAction: brand.clicked()
+            Accessible.onPressAction: if (brand.enabled) brand.clicked()
             ToolTip.visible: hovered
             ToolTip.text: "All AI tools"
             ToolTip.delay: 600
@@ -86,7 +86,7 @@ Rectangle {
             flat: true
             text: "Stop scan"
             font.pixelSize: 12
-            Accessible.onPressAction: stopScan.clicked()
+            Accessible.onPressAction: if (stopScan.enabled) stopScan.clicked()
             onClicked: AppStore.stopAIScan()
         }
         QuietButton {
@@ -110,7 +110,7 @@ Rectangle {
             hoverEnabled: true
             Accessible.role: Accessible.Button
             Accessible.name: "Monitoring settings"
-            Accessible.onPressAction: settingsButton.clicked()
+            Accessible.onPressAction: if (settingsButton.enabled) settingsButton.clicked()
             ToolTip.visible: hovered
             ToolTip.text: "Monitoring settings"
             ToolTip.delay: 600

@@ -24,7 +24,7 @@ ColumnLayout {
 
         Accessible.role: Accessible.Button
         Accessible.name: "Details and largest files for " + details.category + " at " + details.shortPath
-        Accessible.onPressAction: toggle.clicked()
+        Accessible.onPressAction: if (toggle.enabled) toggle.clicked()
         onClicked: details.expandRequested(!details.expanded)
 
         contentItem: Row {
@@ -120,7 +120,7 @@ ColumnLayout {
                     font.pixelSize: 11
                     padding: 2
                     Accessible.name: "Reveal " + file.modelData.name + " in " + ViewStyle.fileViewer
-                    Accessible.onPressAction: reveal.clicked()
+                    Accessible.onPressAction: if (reveal.enabled) reveal.clicked()
                     onClicked: Desktop.reveal(file.modelData.path)
                 }
             }

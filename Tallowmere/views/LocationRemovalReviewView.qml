@@ -97,6 +97,7 @@ Item {
                 spacing: 2
 
                 Label {
+                    Layout.fillWidth: true
                     text: sheet.review.sizeText + " on disk"
                     font.pixelSize: 14
                     font.weight: Font.Medium

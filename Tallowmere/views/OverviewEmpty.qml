@@ -16,7 +16,8 @@ ColumnLayout {
         color: Colors.muted
     }
     Label {
-        Layout.alignment: Qt.AlignHCenter
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
         text: "No tools found at these locations."
         font.pixelSize: 15
         color: Colors.ink

@@ -25,8 +25,9 @@ ColumnLayout {
         }
     }
     Label {
-        Layout.alignment: Qt.AlignHCenter
+        Layout.fillWidth: true
         Layout.bottomMargin: 36
+        horizontalAlignment: Text.AlignHCenter
         text: "Measuring file sizes. Your conversations stay private."
         font.pixelSize: 11
         color: Colors.muted

@@ -72,7 +72,7 @@ Dialog {
                 rightPadding: 14
                 topPadding: 10
                 bottomPadding: 10
-                Accessible.onPressAction: destroy.clicked()
+                Accessible.onPressAction: if (destroy.enabled) destroy.clicked()
                 onClicked: {
                     alert.deleting = true
                     alert.close()

@@ -15,7 +15,7 @@ Button {
     topPadding: 9
     bottomPadding: 9
     opacity: enabled ? 1 : 0.4
-    Accessible.onPressAction: control.clicked()
+    Accessible.onPressAction: if (control.enabled) control.clicked()
 
     contentItem: Row {
         spacing: 6

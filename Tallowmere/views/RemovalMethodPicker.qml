@@ -53,7 +53,7 @@ ColumnLayout {
                         Accessible.name: modelData.label
                         Accessible.checkable: true
                         Accessible.checked: checked
-                        Accessible.onPressAction: segment.clicked()
+                        Accessible.onPressAction: if (segment.enabled) segment.clicked()
                         Accessible.onToggleAction: segment.clicked()
                         onClicked: {
                             picker.methodPicked(modelData.value)

@@ -48,7 +48,7 @@ Rectangle {
 
             Accessible.role: Accessible.Button
             Accessible.name: "Locations"
-            Accessible.onPressAction: toggle.clicked()
+            Accessible.onPressAction: if (toggle.enabled) toggle.clicked()
             onClicked: card.locationsOpen = !card.locationsOpen
 
             contentItem: Row {

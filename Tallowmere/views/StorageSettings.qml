@@ -11,7 +11,6 @@ ColumnLayout {
 
     property bool toolsOpen: false
 
-    width: 360
     spacing: 18
 
     Item {
@@ -60,6 +59,9 @@ ColumnLayout {
 
                 text: modelData + " GB available"
                 font.pixelSize: 12
+                // The store keeps one checked. The group would uncheck the old choice first,
+                // whose handler re-binds it to the unchanged store, which unchecks the new one.
+                autoExclusive: false
                 checked: AppStore.lowSpaceGB === modelData
                 onCheckedChanged: {
                     if (checked && AppStore.lowSpaceGB !== modelData)
@@ -96,7 +98,7 @@ ColumnLayout {
 
             Accessible.role: Accessible.Button
             Accessible.name: ViewStyle.supportedOwners.length + " recognized AI tools"
-            Accessible.onPressAction: toolsToggle.clicked()
+            Accessible.onPressAction: if (toolsToggle.enabled) toolsToggle.clicked()
             onClicked: settings.toolsOpen = !settings.toolsOpen
 
             contentItem: Row {

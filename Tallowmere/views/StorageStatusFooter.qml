@@ -119,7 +119,7 @@ Rectangle {
             implicitHeight: 24
             Accessible.role: Accessible.Button
             Accessible.name: "Dismiss cleanup status"
-            Accessible.onPressAction: dismiss.clicked()
+            Accessible.onPressAction: if (dismiss.enabled) dismiss.clicked()
             onClicked: AppStore.notice = ""
 
             contentItem: Item {

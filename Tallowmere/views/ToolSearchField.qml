@@ -42,7 +42,7 @@ TextField {
         visible: AppStore.toolQuery !== ""
         Accessible.role: Accessible.Button
         Accessible.name: "Clear tool search"
-        Accessible.onPressAction: clear.clicked()
+        Accessible.onPressAction: if (clear.enabled) clear.clicked()
         onClicked: AppStore.toolQuery = ""
 
         contentItem: Icon {

@@ -11,12 +11,12 @@ ColumnLayout {
     property string owner
     property bool includeRecent: true
     readonly property var tool: AppStore.selectedTool
-    readonly property alias selection: selection
+    readonly property alias selection: locationSelection
 
     spacing: 22
 
     LocationSelection {
-        id: selection
+        id: locationSelection
 
         store: AppStore
         owner: detail.owner
@@ -30,7 +30,7 @@ ColumnLayout {
         leftPadding: 0
         text: "All AI tools"
         font.pixelSize: 12
-        Accessible.onPressAction: back.clicked()
+        Accessible.onPressAction: if (back.enabled) back.clicked()
         onClicked: AppStore.selectedToolID = ""
 
         contentItem: Row {
@@ -68,7 +68,7 @@ ColumnLayout {
 
         BreakdownHeading {
             Layout.fillWidth: true
-            selection: selection
+            selection: locationSelection
             owner: detail.owner
         }
         RowLayout {
@@ -79,24 +79,24 @@ ColumnLayout {
 
                 text: "Select all"
                 font.pixelSize: 12
-                checked: selection.allSelected
+                checked: locationSelection.allSelected
                 onCheckedChanged: {
-                    if (checked !== selection.allSelected)
-                        selection.setAllSelected(checked)
-                    checked = Qt.binding(() => selection.allSelected)
+                    if (checked !== locationSelection.allSelected)
+                        locationSelection.setAllSelected(checked)
+                    checked = Qt.binding(() => locationSelection.allSelected)
                 }
             }
             Item {
                 Layout.fillWidth: true
             }
             Label {
-                text: selection.selectionText
+                text: locationSelection.selectionText
                 font.pixelSize: 12
                 color: Colors.muted
             }
         }
         Repeater {
-            model: selection.sections
+            model: locationSelection.sections
 
             delegate: GuidanceSection {
                 required property var modelData
@@ -106,7 +106,7 @@ ColumnLayout {
                 title: modelData.title
                 sizeText: modelData.sizeText
                 owner: detail.owner
-                selection: selection
+                selection: locationSelection
             }
         }
         Label {

@@ -20,7 +20,7 @@ AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: "Open " + owner + ", " + sizeText
-    Accessible.onPressAction: row.clicked()
+    Accessible.onPressAction: if (row.enabled) row.clicked()
     onClicked: AppStore.selectedToolID = owner
 
     background: Rectangle {

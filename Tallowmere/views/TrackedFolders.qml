@@ -43,7 +43,7 @@ ColumnLayout {
                 text: "Stop tracking"
                 font.pixelSize: 11
                 padding: 2
-                Accessible.onPressAction: stop.clicked()
+                Accessible.onPressAction: if (stop.enabled) stop.clicked()
                 onClicked: AppStore.removeAIStorageFolder(folder.modelData)
             }
         }
