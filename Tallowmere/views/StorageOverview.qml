@@ -38,6 +38,7 @@ ColumnLayout {
     }
     StorageOverviewSummary {
         Layout.fillWidth: true
+        storage: overview.storage
     }
     RowLayout {
         Layout.fillWidth: true
