@@ -79,8 +79,12 @@ Item {
             border.color: Colors.line
         }
 
-        StorageSettings {
+        // Made when opened, so that starting the window does not pay for it.
+        Loader {
             width: parent.width
+            active: settingsPopover.visible
+
+            sourceComponent: StorageSettings {}
         }
     }
 
