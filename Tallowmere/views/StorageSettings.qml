@@ -133,7 +133,8 @@ ColumnLayout {
     }
     TrackedFolders {
         Layout.leftMargin: 24
-        Layout.preferredWidth: 312
+        Layout.rightMargin: 24
+        Layout.fillWidth: true
         visible: AppStore.customAIPaths.length > 0
     }
     Item {
