@@ -8,6 +8,7 @@
 #include "AppStore.h"
 #include "DesktopServices.h"
 #include "QmlTypes.h"
+#include "RendererChoice.h"
 #include "ViewStyle.h"
 #include "catalog/StorageLayout.h"
 #include "platform/UserFolders.h"
@@ -32,6 +33,7 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationName("Tallowmere");
     QApplication::setWindowIcon(QIcon(":/artwork/AppIcon-256.png"));
     QQuickStyle::setStyle("Basic");
+    tallowmere::RendererChoice::apply();
 
     tallowmere::AppStore store;
     tallowmere::ViewStyle style(homeOrNone(), tallowmere::nativeStorageLayout());
@@ -41,6 +43,7 @@ int main(int argc, char* argv[]) {
                      &tallowmere::AppStore::stopBackgroundWork);
 
     QQmlApplicationEngine engine;
+    tallowmere::addIconProvider(engine);
     engine.addImportPath("qrc:/qt/qml");
     engine.load(QUrl("qrc:/qt/qml/Tallowmere/TallowmereWindow.qml"));
     if (engine.rootObjects().isEmpty()) {

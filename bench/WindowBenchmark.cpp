@@ -28,6 +28,7 @@
 #include "AppStore.h"
 #include "DesktopServices.h"
 #include "QmlTypes.h"
+#include "RendererChoice.h"
 #include "ViewStyle.h"
 #include "catalog/StorageLayout.h"
 
@@ -46,11 +47,13 @@ std::int64_t monotonicNanoseconds() {
 int runWindow(int argc, char* argv[], bool prepare, std::int64_t launchedAt) {
     QApplication application(argc, argv);
     QQuickStyle::setStyle("Basic");
+    tallowmere::RendererChoice::apply();
     tallowmere::AppStore store;
     tallowmere::ViewStyle style(std::getenv("HOME"), tallowmere::nativeStorageLayout());
     tallowmere::DesktopServices desktop;
     tallowmere::registerQmlTypes(&store, &style, &desktop);
     QQmlApplicationEngine engine;
+    tallowmere::addIconProvider(engine);
     engine.addImportPath("qrc:/qt/qml");
     engine.load(QUrl("qrc:/qt/qml/Tallowmere/TallowmereWindow.qml"));
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));

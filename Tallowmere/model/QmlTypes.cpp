@@ -5,6 +5,7 @@
 #include "AppStore.h"
 #include "DesktopServices.h"
 #include "FindingSectionModel.h"
+#include "IconImageProvider.h"
 #include "LocationSelection.h"
 #include "ViewStyle.h"
 
@@ -17,6 +18,11 @@ void registerQmlTypes(AppStore* store, ViewStyle* style, DesktopServices* deskto
     qmlRegisterSingletonInstance(uri, 1, 0, "Desktop", desktop);
     qmlRegisterType<LocationSelection>(uri, 1, 0, "LocationSelection");
     qmlRegisterType<FindingSectionModel>(uri, 1, 0, "FindingSectionModel");
+}
+
+void addIconProvider(QQmlEngine& engine) {
+    // The engine owns its providers.
+    engine.addImageProvider(QStringLiteral("icon"), new IconImageProvider);
 }
 
 }  // namespace tallowmere

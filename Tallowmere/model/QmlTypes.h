@@ -1,5 +1,7 @@
 #pragma once
 
+class QQmlEngine;
+
 namespace tallowmere {
 
 class AppStore;
@@ -10,5 +12,8 @@ class ViewStyle;
 // module "Tallowmere.Model", beside the types LocationSelection and FindingSectionModel. The
 // three objects must outlive every engine that uses them.
 void registerQmlTypes(AppStore* store, ViewStyle* style, DesktopServices* desktop);
+
+// Lets `engine` load the application's icons from "image://icon/NAME/COLOR".
+void addIconProvider(QQmlEngine& engine);
 
 }  // namespace tallowmere

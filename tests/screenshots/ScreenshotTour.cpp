@@ -161,6 +161,7 @@ int runTour(const QString& output, const fs::path& root) {
     registerQmlTypes(&store, &style, &desktop);
 
     QQmlApplicationEngine engine;
+    addIconProvider(engine);
     engine.addImportPath("qrc:/qt/qml");
     engine.load(QUrl("qrc:/qt/qml/Tallowmere/TallowmereWindow.qml"));
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));

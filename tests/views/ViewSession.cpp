@@ -36,6 +36,7 @@ ViewSession::~ViewSession() {
 void ViewSession::registerFor(QQmlEngine& engine) {
     engine.addImportPath("qrc:/qt/qml");
     registerQmlTypes(m_store.get(), &m_style, &m_desktop);
+    addIconProvider(engine);
     engine.rootContext()->setContextProperty("testHome", home());
 }
 
