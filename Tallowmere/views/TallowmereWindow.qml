@@ -19,14 +19,14 @@ ApplicationWindow {
         Menu {
             title: "&File"
 
-            MenuItem {
+            ShortcutMenuItem {
                 action: Action {
                     text: "Track an AI Folder…"
                     shortcut: "Ctrl+O"
                     onTriggered: AppStore.chooseAIStorageFolder()
                 }
             }
-            MenuItem {
+            ShortcutMenuItem {
                 action: Action {
                     text: "Scan AI Storage"
                     shortcut: "Ctrl+R"
@@ -35,7 +35,7 @@ ApplicationWindow {
                 }
             }
             MenuSeparator {}
-            MenuItem {
+            ShortcutMenuItem {
                 action: Action {
                     text: "Quit"
                     shortcut: "Ctrl+Q"
@@ -46,7 +46,7 @@ ApplicationWindow {
         Menu {
             title: "&Navigate"
 
-            MenuItem {
+            ShortcutMenuItem {
                 action: Action {
                     text: "All AI Tools"
                     shortcut: "Ctrl+["

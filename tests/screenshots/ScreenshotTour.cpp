@@ -236,6 +236,18 @@ int runTour(const QString& output, const fs::path& root) {
     store.setError("Couldn’t move “f_3” to the Trash: Permission denied.");
     tour.shoot("11-error-alert");
     store.setError({});
+
+    QObject* fileMenu = nullptr;
+    for (QObject* object : window->findChildren<QObject*>()) {
+        if (object->property("title").toString() == "&File") {
+            fileMenu = object;
+        }
+    }
+    if (!fileMenu || !QMetaObject::invokeMethod(fileMenu, "open")) {
+        throw std::runtime_error("the File menu did not open");
+    }
+    tour.shoot("12-file-menu");
+    QMetaObject::invokeMethod(fileMenu, "close");
     return 0;
 }
 
