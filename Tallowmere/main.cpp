@@ -2,6 +2,7 @@
 #include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
+#include <QWindow>
 #include <QtQml/QQmlExtensionPlugin>
 #include <stdexcept>
 
@@ -9,6 +10,7 @@
 #include "DesktopServices.h"
 #include "QmlTypes.h"
 #include "RendererChoice.h"
+#include "SingleInstance.h"
 #include "ViewStyle.h"
 #include "catalog/StorageLayout.h"
 #include "platform/UserFolders.h"
@@ -31,9 +33,15 @@ int main(int argc, char* argv[]) {
     // Widgets, for the folder chooser.
     QApplication application(argc, argv);
     QApplication::setApplicationName("Tallowmere");
+    QApplication::setDesktopFileName(tallowmere::SingleInstance::serviceName);
     QApplication::setWindowIcon(QIcon(":/artwork/AppIcon-256.png"));
     QQuickStyle::setStyle("Basic");
     tallowmere::RendererChoice::apply();
+
+    tallowmere::SingleInstance instance;
+    if (!instance.claim()) {
+        return 0;
+    }
 
     tallowmere::AppStore store;
     tallowmere::ViewStyle style(homeOrNone(), tallowmere::nativeStorageLayout());
@@ -46,8 +54,11 @@ int main(int argc, char* argv[]) {
     tallowmere::addIconProvider(engine);
     engine.addImportPath("qrc:/qt/qml");
     engine.load(QUrl("qrc:/qt/qml/Tallowmere/TallowmereWindow.qml"));
-    if (engine.rootObjects().isEmpty()) {
+    auto* window = qobject_cast<QWindow*>(engine.rootObjects().value(0));
+    if (!window) {
         return 1;
     }
+    QObject::connect(&instance, &tallowmere::SingleInstance::activated, window,
+                     [window] { tallowmere::SingleInstance::bringForward(*window); });
     return QApplication::exec();
 }
