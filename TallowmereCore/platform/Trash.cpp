@@ -147,6 +147,8 @@ std::optional<std::filesystem::path> recordedPlace(std::string_view info,
 
 }  // namespace
 
+NoLongerInTrash::NoLongerInTrash() : FileSystemError(ENOENT, "It is no longer in the Trash.") {}
+
 TrashedItem moveIn(int parentFd, const std::filesystem::path& item) {
     const auto path = PathRules::standardized(item);
     const std::string name = path.filename();
@@ -176,6 +178,10 @@ TrashedItem find(const std::filesystem::path& location, const std::filesystem::p
         failNotTrashed("It is not in one of your trash folders, so it is not restored from there.");
     }
     const std::string name = path.filename();
+    EntryStatus status;
+    if (!readEntryStatus(trash->files.get(), name.c_str(), status) && errno == ENOENT) {
+        throw NoLongerInTrash();
+    }
     const auto info = AtomicFile::readWholeFileAt(trash->info.get(), infoName(name), maxInfoBytes);
     const auto place = info ? recordedPlace(*info, *trash) : std::nullopt;
     if (!place || *place != PathRules::standardized(original)) {

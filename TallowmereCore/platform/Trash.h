@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/FileSystemError.h"
 #include "platform/TrashFolder.h"
 
 namespace tallowmere::Trash {
@@ -24,9 +25,17 @@ struct TrashedItem {
 // when the item stays in place.
 TrashedItem moveIn(int parentFd, const std::filesystem::path& item);
 
+// The item an undo record names has left its trash: the desktop put it back, or the trash was
+// emptied. Nothing is left to restore, now or later.
+class NoLongerInTrash : public FileSystemError {
+public:
+    NoLongerInTrash();
+};
+
 // The item at `location` when that lies directly in the files/ folder of one of this user's
 // trashes and the item's info file records `original` as its former place. Throws
-// FileSystemError otherwise: an undo record alone never makes something restorable.
+// NoLongerInTrash when that trash no longer holds it, and FileSystemError otherwise: an undo
+// record alone never makes something restorable.
 TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original);
 
 // Moves `item` out of the trash to `name` in the open folder `folderFd`, without creating

@@ -165,6 +165,9 @@ StorageRestoreResult restore(const std::vector<TrashedStorageFile>& items,
         try {
             restoreOne(item, options);
             ++result.restored;
+        } catch (const Trash::NoLongerInTrash& gone) {
+            // Not kept for a later attempt: there is nothing left to bring back.
+            result.errors.push_back(errorText(item.original.url, gone));
         } catch (const std::exception& error) {
             result.remaining.push_back(item);
             result.errors.push_back(errorText(item.original.url, error));

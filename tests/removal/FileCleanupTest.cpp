@@ -141,6 +141,40 @@ TEST_F(CleanupFixture, RestoresWithoutReplacingAnything) {
     EXPECT_THAT(nothing.errors, IsEmpty());
 }
 
+TEST_F(CleanupFixture, UndoGoesOnWhenTheDesktopAlreadyRestoredOrEmptied) {
+    const Date old = currentDate() - 3 * day;
+    for (const char* name : {"restored", "emptied", "kept"}) {
+        tree.file(std::string("cache/") + name + "/blob", 100, old);
+    }
+    std::vector<StorageCleanupFile> files;
+    for (const char* name : {"restored", "emptied", "kept"}) {
+        const auto found = scanned(std::string("cache/") + name, "Cache").cleanupFiles;
+        files.insert(files.end(), found.begin(), found.end());
+    }
+    const auto removed = AIStorageCleanup::moveToTrash(files);
+    ASSERT_EQ(removed.items.size(), 3u) << ::testing::PrintToString(removed.errors);
+
+    // What the desktop's Trash does: put an item back and drop its record; delete for good.
+    const auto infoOf = [](const std::filesystem::path& trashed) {
+        return trashed.parent_path().parent_path() / "info" /
+               (trashed.filename().native() + ".trashinfo");
+    };
+    std::filesystem::rename(removed.items[0].trashURL, tree / "cache/restored/blob");
+    std::filesystem::remove(infoOf(removed.items[0].trashURL));
+    std::filesystem::remove(removed.items[1].trashURL);
+    std::filesystem::remove(infoOf(removed.items[1].trashURL));
+    tree.file("cache/restored/blob.edited", 1);
+
+    const auto result = AIStorageCleanup::restore(removed.items);
+    EXPECT_EQ(result.restored, 1);
+    EXPECT_THAT(result.errors, ElementsAre("blob: It is no longer in the Trash.",
+                                           "blob: It is no longer in the Trash."));
+    EXPECT_THAT(result.remaining, IsEmpty());
+    EXPECT_TRUE(presentAt(tree / "cache/kept/blob"));
+    EXPECT_TRUE(presentAt(tree / "cache/restored/blob"));
+    EXPECT_FALSE(presentAt(tree / "cache/emptied/blob"));
+}
+
 TEST_F(CleanupFixture, RestoresOnlyFromATrashToThePlaceItsRecordNames) {
     const Date old = currentDate() - 3 * day;
     tree.file("cache/blob", 100, old);
