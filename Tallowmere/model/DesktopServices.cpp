@@ -24,8 +24,8 @@ const QString animationsKey = "enable-animations";
 // A file URI for any byte string: every byte but the unreserved ones and "/" percent-encoded,
 // so a name that is not UTF-8 still reaches the file manager as the same bytes.
 QString fileUri(const std::string& path) {
-    return "file://" + QString::fromLatin1(QUrl::toPercentEncoding(QByteArray::fromStdString(path),
-                                                                   QByteArrayLiteral("/")));
+    // QByteArray's own encoding: QUrl's takes a QString, which would turn such bytes into U+FFFD.
+    return "file://" + QString::fromLatin1(QByteArray::fromStdString(path).toPercentEncoding("/"));
 }
 
 // The portal wraps the value in one variant, older portals in two.
@@ -38,7 +38,8 @@ QVariant unwrapped(QVariant value) {
 
 }  // namespace
 
-DesktopServices::DesktopServices(QObject* parent) : QObject(parent) {
+DesktopServices::DesktopServices(QDBusConnection bus, QObject* parent)
+    : QObject(parent), m_bus(std::move(bus)) {
     readAnimationSetting();
 }
 
@@ -49,8 +50,7 @@ void DesktopServices::reveal(const QString& path) {
                                                "/org/freedesktop/FileManager1",
                                                "org.freedesktop.FileManager1", "ShowItems");
     call << QStringList{fileUri(bytes)} << QString();
-    auto* watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [folder](auto* finished) {
         finished->deleteLater();
         if (finished->isError()) {
@@ -60,15 +60,14 @@ void DesktopServices::reveal(const QString& path) {
 }
 
 void DesktopServices::readAnimationSetting() {
-    auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
+    if (!m_bus.isConnected()) {
         return;
     }
-    bus.connect(portalService, portalPath, portalSettings, "SettingChanged", this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    m_bus.connect(portalService, portalPath, portalSettings, "SettingChanged", this,
+                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     auto read = QDBusMessage::createMethodCall(portalService, portalPath, portalSettings, "Read");
     read << interfaceNamespace << animationsKey;
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(read), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](auto* finished) {
         finished->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *finished;

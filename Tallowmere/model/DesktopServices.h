@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -15,7 +16,8 @@ class DesktopServices : public QObject {
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY reduceMotionChanged)
 
 public:
-    explicit DesktopServices(QObject* parent = nullptr);
+    explicit DesktopServices(QDBusConnection bus = QDBusConnection::sessionBus(),
+                             QObject* parent = nullptr);
 
     bool reduceMotion() const { return m_reduceMotion; }
 
@@ -33,6 +35,7 @@ private:
     void readAnimationSetting();
     void setAnimationsEnabled(bool enabled);
 
+    QDBusConnection m_bus;
     bool m_reduceMotion = false;
 };
 
