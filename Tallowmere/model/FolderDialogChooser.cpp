@@ -5,6 +5,11 @@
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
+#include <QSettings>
+#include <stdexcept>
+
+#include "NativeText.h"
+#include "persistence/StoreSettings.h"
 
 namespace tallowmere {
 
@@ -14,9 +19,22 @@ const char* const message =
     "Choose an AI tool’s storage folder. Tallowmere measures sizes without opening conversation "
     "contents.";
 
+// The dialog keeps its history and size in Qt's own settings file; that goes beside ours rather
+// than loose in the user's settings folder.
+void keepDialogSettingsBesideOurs() {
+    try {
+        const auto folder = StoreSettingsFile::location().parent_path();
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           NativeText::toQString(folder.native()));
+    } catch (const std::runtime_error&) {
+        // Without a settings folder, Qt keeps its default place.
+    }
+}
+
 }  // namespace
 
 std::optional<std::string> FolderDialogChooser::chooseFolder() {
+    keepDialogSettingsBesideOurs();
     QFileDialog dialog(nullptr, "Track an AI Folder", QDir::homePath());
     // The desktop's own dialogs cannot show hidden folders on request, and most AI tools keep
     // their storage in one.

@@ -100,7 +100,9 @@ Rectangle {
             text: "Add a folder…"
             iconName: "plus"
             enabled: !bar.scanBlocked
-            onClicked: AppStore.chooseAIStorageFolder()
+            // Once the press has returned: the dialog waits in its own loop, and a screen
+            // reader waits for the press.
+            onClicked: Qt.callLater(AppStore.chooseAIStorageFolder)
         }
         AbstractButton {
             id: settingsButton

@@ -33,6 +33,8 @@ ColumnLayout {
         Layout.topMargin: 4
         Layout.bottomMargin: 34
         text: "Add a folder…"
-        onClicked: AppStore.chooseAIStorageFolder()
+        // Once the press has returned: the dialog waits in its own loop, and a screen
+        // reader waits for the press.
+        onClicked: Qt.callLater(AppStore.chooseAIStorageFolder)
     }
 }

@@ -23,7 +23,9 @@ ApplicationWindow {
                 action: Action {
                     text: "Track an AI Folder…"
                     shortcut: "Ctrl+O"
-                    onTriggered: AppStore.chooseAIStorageFolder()
+                    // Once the press has returned: the dialog waits in its own loop, and a screen
+                    // reader waits for the press.
+                    onTriggered: Qt.callLater(AppStore.chooseAIStorageFolder)
                 }
             }
             ShortcutMenuItem {
