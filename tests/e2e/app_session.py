@@ -87,8 +87,8 @@ class Home:
 # ---------------------------------------------------------------------------------------------
 # The private session: X server, session bus, accessibility bus, and the app
 
-# Runs inside dbus-run-session: publishes the bus, display and X authority for this script, starts the
-# accessibility bus, and becomes the app so that its process id is known.
+# Runs inside dbus-run-session: publishes the bus, display and X authority for this script, starts
+# the accessibility bus, and becomes the app so that its process id is known.
 SESSION_SCRIPT = r"""
 printf '%s\n%s\n%s\n' "$DBUS_SESSION_BUS_ADDRESS" "$DISPLAY" "$XAUTHORITY" > "$E2E_SESSION_FILE.new"
 mv "$E2E_SESSION_FILE.new" "$E2E_SESSION_FILE"
