@@ -24,11 +24,19 @@ std::vector<std::string> Options::all(const std::string& name) const {
     return found == values.end() ? std::vector<std::string>{} : found->second;
 }
 
+bool pausesFrom(const Options& options) {
+    if (options.has("gentle") && options.has("no-pause")) {
+        throw UsageError("--gentle and --no-pause contradict each other; give one");
+    }
+    return options.has("gentle");
+}
+
 Options parseOptions(const std::vector<std::string>& arguments,
                      const std::vector<OptionSpec>& specs, std::size_t operandsAllowed) {
     Options options;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
-        const std::string& argument = arguments[index];
+        // "-h" is the one short option every command takes.
+        const std::string& argument = arguments[index] == "-h" ? "--help" : arguments[index];
         if (!argument.starts_with("--") || argument == "--") {
             if (argument == "--" || options.operands.size() == operandsAllowed) {
                 throw UsageError("unexpected argument '" + argument + "'");

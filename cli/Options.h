@@ -28,4 +28,8 @@ struct Options {
 Options parseOptions(const std::vector<std::string>& arguments,
                      const std::vector<OptionSpec>& specs, std::size_t operandsAllowed = 0);
 
+// Whether walks pause 2 ms after every 256 entries: only with --gentle, for runs in the
+// background; --no-pause, now the default, is still accepted. Throws UsageError for both.
+bool pausesFrom(const Options& options);
+
 }  // namespace tallowmere::cli

@@ -83,6 +83,7 @@ int runRemove(const std::vector<std::string>& arguments) {
                                           {"track", true},
                                           {"json", false},
                                           {"no-pause", false},
+                                          {"gentle", false},
                                           {"help", false}},
                                          1);
     if (options.has("help")) {
@@ -119,7 +120,7 @@ int runRemove(const std::vector<std::string>& arguments) {
     std::stop_source stopRemoval;
     std::string undoFailure;
     RemovalOptions removalOptions;
-    removalOptions.pauses = !options.has("no-pause");
+    removalOptions.pauses = pausesFrom(options);
     removalOptions.stopToken = stopRemoval.get_token();
     removalOptions.onTrashed = [&](const TrashedStorageFile& item) {
         try {

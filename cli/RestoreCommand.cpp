@@ -15,7 +15,7 @@ namespace tallowmere::cli {
 
 int runRestore(const std::vector<std::string>& arguments) {
     const Options options =
-        parseOptions(arguments, {{"json", false}, {"no-pause", false}, {"help", false}}, 1);
+        parseOptions(arguments, {{"json", false}, {"no-pause", false}, {"gentle", false}, {"help", false}}, 1);
     if (options.has("help")) {
         std::cout << restoreHelp;
         return success;
@@ -29,7 +29,7 @@ int runRestore(const std::vector<std::string>& arguments) {
     StorageRestoreResult result;
     const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
         RemovalOptions restoreOptions;
-        restoreOptions.pauses = !options.has("no-pause");
+        restoreOptions.pauses = pausesFrom(options);
         restoreOptions.stopToken = stopToken;
         result = AIStorageCleanup::restore(undo.items(), restoreOptions);
     });

@@ -8,15 +8,20 @@
 #include "Options.h"
 #include "ReviewFile.h"
 #include "ReviewSheet.h"
+#include "ScanReport.h"
 #include "ScanRun.h"
 #include "Usage.h"
+#include "catalog/LocationDiscovery.h"
 #include "measurement/StorageTool.h"
 #include "platform/AtomicFile.h"
 #include "platform/PathRules.h"
+#include "platform/ProcessEnvironment.h"
+#include "platform/UserFolders.h"
 #include "removal/RemovalMessages.h"
 #include "removal/StorageRemovalPlan.h"
 #include "text/JsonWriter.h"
 #include "text/TerminalText.h"
+#include "text/TextRules.h"
 
 namespace tallowmere::cli {
 
@@ -35,9 +40,81 @@ std::set<std::string> selectedIDs(const Options& options, const StorageTool& too
         }
     }
     for (const auto& path : options.all("select")) {
-        ids.insert(PathRules::absoluteStandardized(path).native());
+        ids.insert(typedPath(path).native());
     }
     return ids;
+}
+
+bool sameOwner(const std::string& typed, const std::string& owner) {
+    return TextRules::asciiLowercased(typed) == TextRules::asciiLowercased(owner);
+}
+
+// The names, escaped for the terminal, separated by commas.
+std::string listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (const auto& name : names) {
+        text += (text.empty() ? "" : ", ") + TerminalText::escaped(name);
+    }
+    return text;
+}
+
+// Before a scan that may be long: a name that no location could carry is refused at once,
+// with the tools whose folders are present here.
+void checkOwnerExists(const std::string& typed, const Options& options,
+                      const std::filesystem::path& home) {
+    const auto locations = AIStorageScanner::measuredLocations(
+        home, processEnvironment(), layoutFrom(options), trackedPaths(options));
+    std::vector<std::string> present;
+    for (const auto& location : locations) {
+        if (sameOwner(typed, location.owner)) {
+            return;
+        }
+        std::error_code error;
+        if (std::filesystem::is_directory(location.url(home), error) &&
+            std::ranges::find(present, location.owner) == present.end()) {
+            present.push_back(location.owner);
+        }
+    }
+    throw RecordFileError("No tool is named “" + TerminalText::escaped(typed) + "”." +
+                          (present.empty() ? std::string(" No tool has folders here.")
+                                           : " Tools with folders here: " + listed(present) +
+                                                 "."));
+}
+
+// The tool the person named, matched without regard to case; refused with the tools that
+// have storage.
+const StorageTool& toolNamed(const std::string& typed, const std::vector<StorageTool>& tools) {
+    const auto found = std::ranges::find_if(
+        tools, [&](const StorageTool& tool) { return sameOwner(typed, tool.owner); });
+    if (found != tools.end()) {
+        return *found;
+    }
+    std::vector<std::string> owners;
+    for (const auto& tool : tools) {
+        owners.push_back(tool.owner);
+    }
+    throw RecordFileError("No tool named “" + TerminalText::escaped(typed) +
+                          "” has storage in this scan." +
+                          (owners.empty() ? std::string()
+                                          : " Tools with storage: " + listed(owners) + "."));
+}
+
+// Every --select path must be one of the tool's folders as the scan lists them.
+void checkSelection(const std::set<std::string>& ids, const StorageTool& tool,
+                    const std::filesystem::path& home) {
+    const auto visible = tool.visibleFindings();
+    for (const auto& id : ids) {
+        if (std::ranges::find(visible, id, &StorageFinding::id) != visible.end()) {
+            continue;
+        }
+        std::string folders;
+        for (const auto& finding : visible) {
+            folders += (folders.empty() ? "" : ", ") + displayPath(finding.url, home);
+        }
+        throw RecordFileError(displayPath(id, home) + " is not a location of " +
+                              TerminalText::escaped(tool.owner) + "; its locations are: " +
+                              folders + ".");
+    }
 }
 
 // The review's file text followed by what the sheet derives from it.
@@ -52,10 +129,16 @@ std::string reviewJson(const LocationRemovalReview& review, const std::string& f
     return fileText.substr(0, fileText.size() - 1) + "," + extra.text().substr(1);
 }
 
-// An existing file at `out` is replaced only when it is an earlier review: a path mistyped
-// into --out must not cost the user a file.
+// The review goes into a folder that exists (a mistyped folder is not made), and an existing
+// file at `out` is replaced only when it is an earlier review: a path mistyped into --out must
+// not cost the user a file.
 void checkReplaceable(const std::filesystem::path& out) {
     std::error_code error;
+    if (!std::filesystem::is_directory(out.parent_path(), error)) {
+        throw RecordFileError("The folder " + TerminalText::escaped(out.parent_path().native()) +
+                              " does not exist, so the review cannot be written there. Create "
+                              "it, or choose another --out.");
+    }
     if (!std::filesystem::exists(std::filesystem::symlink_status(out, error))) {
         return;
     }
@@ -86,6 +169,7 @@ int runReview(const std::vector<std::string>& arguments) {
                                                      {"include-recent", false},
                                                      {"track", true},
                                                      {"no-pause", false},
+                                                     {"gentle", false},
                                                      {"layout", true},
                                                      {"out", true},
                                                      {"json", false},
@@ -95,29 +179,26 @@ int runReview(const std::vector<std::string>& arguments) {
         return success;
     }
     checkUsage(options);
-    const std::string owner = options.all("tool").back();
     const bool includeRecent = options.has("include-recent");
-    const auto out = PathRules::absoluteStandardized(options.all("out").back());
+    const auto out = typedPath(options.all("out").back());
     const auto layout = layoutFrom(options);
     checkReplaceable(out);
+    checkOwnerExists(options.all("tool").back(), options, UserFolders::homeFolder());
     const auto run = runScanFor(options, scanEntryLimit, !options.has("json"));
     if (!run) {
         return ExitCode::interrupted;
     }
     const auto tools = StorageTool::group(run->scan.findings);
-    const auto tool = std::ranges::find(tools, owner, &StorageTool::owner);
-    if (tool == tools.end()) {
-        std::cerr << "No tool named “" << TerminalText::escaped(owner)
-                  << "” has storage in this scan.\n";
-        return failed;
-    }
+    const StorageTool& tool = toolNamed(options.all("tool").back(), tools);
+    const std::string& owner = tool.owner;
+    const auto selected = selectedIDs(options, tool, includeRecent);
+    checkSelection(selected, tool, run->home);
     std::optional<LocationRemovalReview> review;
     std::string failure;
     const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
         try {
-            review = LocationRemovalReview::prepare(tools, owner,
-                                                    selectedIDs(options, *tool, includeRecent),
-                                                    includeRecent, walkOptions(options, stopToken));
+            review = LocationRemovalReview::prepare(tools, owner, selected, includeRecent,
+                                                    walkOptions(options, stopToken));
         } catch (const ScanCancelled&) {
             throw;
         } catch (const std::exception& error) {

@@ -25,8 +25,8 @@ std::int64_t maxEntriesFrom(const Options& options) {
     const std::string& text = values.back();
     std::int64_t value = -1;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size() || value < 0) {
-        throw UsageError("--max-entries needs a whole number of 0 or more, not '" + text + "'");
+    if (error != std::errc{} || end != text.data() + text.size() || value < 1) {
+        throw UsageError("--max-entries needs a whole number of 1 or more, not '" + text + "'");
     }
     return value;
 }
@@ -38,6 +38,7 @@ int runScan(const std::vector<std::string>& arguments) {
                                                      {"track", true},
                                                      {"max-entries", true},
                                                      {"no-pause", false},
+                                                     {"gentle", false},
                                                      {"layout", true},
                                                      {"save-summary", true},
                                                      {"help", false}});

@@ -44,7 +44,7 @@ private:
 ScanOptions walkOptions(const Options& options, std::stop_token stopToken) {
     ScanOptions scanOptions;
     scanOptions.stopToken = stopToken;
-    scanOptions.pauses = !options.has("no-pause");
+    scanOptions.pauses = pausesFrom(options);
     return scanOptions;
 }
 

@@ -53,7 +53,7 @@ Options:
 )";
 
 const char* const scanHelp =
-    R"(Usage: tallowmere-cli scan [--json] [--track PATH]... [--max-entries N] [--no-pause]
+    R"(Usage: tallowmere-cli scan [--json] [--track PATH]... [--max-entries N] [--gentle]
                           [--layout macos|linux] [--save-summary FILE]
 
 Measures the folders 'tallowmere-cli locations' lists, then each tracked folder.
@@ -70,7 +70,9 @@ Options:
                        folder. Repeat for more folders.
   --max-entries N      Walk at most N entries of each folder (default 100000); a folder
                        with more is measured partly and reported as limited.
-  --no-pause           Do not pause 2 ms after every 256 entries (faster, busier disk).
+  --gentle             Pause 2 ms after every 256 entries, leaving the disk to others
+                       (for runs in the background). Without it the walk runs at full
+                       speed; --no-pause, once needed for that, is still accepted.
   --layout LAYOUT      "macos" or "linux"; see 'tallowmere-cli locations --help'.
   --save-summary FILE  Save a summary of the finished scan to FILE, for 'summary'.
   --help               Show this help.
@@ -95,7 +97,7 @@ Options:
 const char* const reviewHelp =
     R"(Usage: tallowmere-cli review --tool OWNER (--select PATH... | --all) --out FILE
                             [--include-recent] [--track PATH]... [--layout macos|linux]
-                            [--no-pause] [--json]
+                            [--gentle] [--json]
 
 Scans, then prepares the removal of some of one tool's storage and writes it to FILE.
 Nothing is removed: 'tallowmere-cli remove FILE' does that, after checking that every
@@ -113,7 +115,7 @@ Options:
   --out FILE         Where to write the review (an earlier review there is replaced).
   --track PATH       A custom folder to scan too, as in 'scan'. Repeatable.
   --layout LAYOUT    "macos" or "linux", as in 'scan'.
-  --no-pause         Do not pause 2 ms after every 256 entries while walking.
+  --gentle           Pause 2 ms after every 256 entries while walking.
   --json             Print the review as JSON, with "selectionSummary" and "allocatedBytes".
   --help             Show this help.
 
@@ -123,7 +125,7 @@ that cannot be reviewed; 2 usage error; 130 interrupted.
 
 const char* const removeHelp =
     R"(Usage: tallowmere-cli remove FILE [--permanent] [--yes] [--undo UNDOFILE]
-                            [--track PATH]... [--no-pause] [--json]
+                            [--track PATH]... [--gentle] [--json]
 
 Carries out the review in FILE. Each item is first moved out of its place (into the Trash,
 or aside in its own folder) and then checked: a whole folder must still match its
@@ -145,7 +147,7 @@ Options:
   --yes            Confirm a permanent deletion without asking.
   --undo UNDOFILE  Where to keep the undo records.
   --track PATH     A tracked folder the review covers, as given to 'review'. Repeatable.
-  --no-pause       Do not pause 2 ms after every 256 entries while checking.
+  --gentle         Pause 2 ms after every 256 entries while checking.
   --json           Print {"moved","items","errors","notice","error"}.
   --help           Show this help.
 
@@ -155,7 +157,7 @@ items; what was moved is recorded).
 )";
 
 const char* const restoreHelp =
-    R"(Usage: tallowmere-cli restore UNDOFILE [--no-pause] [--json]
+    R"(Usage: tallowmere-cli restore UNDOFILE [--gentle] [--json]
 
 Moves the items in UNDOFILE back from the Trash to where they were. Nothing that exists
 at an original place is ever replaced; an item whose former folder is gone, or that
@@ -164,7 +166,7 @@ Only items that lie in one of your trash folders, whose trash record names the p
 they go back to, are restored.
 
 Options:
-  --no-pause     Do not pause 2 ms after every 256 entries while checking folders.
+  --gentle       Pause 2 ms after every 256 entries while checking folders.
   --json         Print {"restored","remaining","errors","notice","error"}.
   --help         Show this help.
 

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <exception>
 #include <iostream>
 #include <map>
@@ -6,26 +7,81 @@
 
 #include "Commands.h"
 #include "Usage.h"
+#include "platform/FileSystemError.h"
 #include "platform/ProcessLimits.h"
 
 using namespace tallowmere::cli;
 
 namespace {
 
-int dispatch(const std::string& command, const std::vector<std::string>& arguments) {
-    using Command = int (*)(const std::vector<std::string>&);
-    static const std::map<std::string, Command> commands = {
-        {"catalog", runCatalog}, {"locations", runLocations}, {"scan", runScan},
-        {"summary", runSummary}, {"review", runReview},       {"remove", runRemove},
-        {"restore", runRestore}};
-    if (const auto found = commands.find(command); found != commands.end()) {
-        return found->second(arguments);
-    }
-    if (command == "--help" || command == "-h" || command == "help") {
+struct Command {
+    int (*run)(const std::vector<std::string>&);
+    const char* help;
+};
+
+const std::map<std::string, Command>& commands() {
+    static const std::map<std::string, Command> table = {
+        {"catalog", {runCatalog, catalogHelp}},
+        {"locations", {runLocations, locationsHelp}},
+        {"scan", {runScan, scanHelp}},
+        {"summary", {runSummary, summaryHelp}},
+        {"review", {runReview, reviewHelp}},
+        {"remove", {runRemove, removeHelp}},
+        {"restore", {runRestore, restoreHelp}}};
+    return table;
+}
+
+int showHelp(const std::vector<std::string>& arguments) {
+    if (arguments.empty()) {
         std::cout << overviewHelp;
         return success;
     }
+    const auto found = commands().find(arguments[0]);
+    if (arguments.size() > 1 || found == commands().end()) {
+        throw UsageError("help takes one command name, such as 'help scan'");
+    }
+    std::cout << found->second.help;
+    return success;
+}
+
+int dispatch(const std::string& command, const std::vector<std::string>& arguments) {
+    if (const auto found = commands().find(command); found != commands().end()) {
+        return found->second.run(arguments);
+    }
+    if (command == "--help" || command == "-h" || command == "help") {
+        return showHelp(arguments);
+    }
+    if (command == "--version" || command == "-V") {
+        std::cout << "tallowmere-cli " << TALLOWMERE_VERSION << '\n';
+        return success;
+    }
     throw UsageError("unknown command '" + command + "'");
+}
+
+// The cause of a failed write, when errno still holds one: the stream keeps no reason, and
+// errno may have been set since by something else.
+std::string writeFailureCause(int code) {
+    switch (code) {
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+        case EIO:
+        case EBADF:
+            return ": " + tallowmere::describeErrno(code);
+        default:
+            return ".";
+    }
+}
+
+// A report that did not reach its reader is a failure, whatever the command did.
+int checkedOutput(int code) {
+    std::cout.flush();
+    if (std::cout) {
+        return code;
+    }
+    std::cerr << "tallowmere-cli: could not write to standard output"
+              << writeFailureCause(errno) << '\n';
+    return code == success ? failed : code;
 }
 
 }  // namespace
@@ -38,13 +94,13 @@ int main(int argc, char** argv) {
         return usageError;
     }
     try {
-        return dispatch(argv[1], std::vector<std::string>(argv + 2, argv + argc));
+        return checkedOutput(dispatch(argv[1], std::vector<std::string>(argv + 2, argv + argc)));
     } catch (const UsageError& error) {
         std::cerr << "tallowmere-cli: " << error.what()
                   << "\nRun 'tallowmere-cli --help' for usage.\n";
         return usageError;
     } catch (const std::exception& error) {
         std::cerr << "tallowmere-cli: " << error.what() << '\n';
-        return failed;
+        return checkedOutput(failed);
     }
 }

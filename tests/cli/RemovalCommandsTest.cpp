@@ -224,14 +224,29 @@ TEST_F(RemovalCommands, ExplainsWhyNothingCanBeReviewed) {
     const auto unknown =
         runCli({"review", "--tool", "Nobody", "--all", "--out", review}, home.root());
     EXPECT_EQ(unknown.exitCode, 1);
-    EXPECT_THAT(unknown.err, HasSubstr("Nobody"));
+    EXPECT_EQ(unknown.err,
+              "tallowmere-cli: No tool is named “Nobody”. Tools with folders here: Codex.\n");
 
-    const auto empty = runCli(
+    const auto elsewhere = runCli(
         {"review", "--tool", "Codex", "--select", (home / "elsewhere").native(), "--out", review},
         home.root());
-    EXPECT_EQ(empty.exitCode, 1);
-    EXPECT_EQ(empty.err, "Nothing to review.\n");
+    EXPECT_EQ(elsewhere.exitCode, 1);
+    EXPECT_EQ(elsewhere.err,
+              "tallowmere-cli: ~/elsewhere is not a location of Codex; its locations are: "
+              "~/.codex/log, ~/.codex/sessions.\n");
+    const auto noFolder = runCli(
+        {"review", "--tool", "Codex", "--all", "--out", (home / "missing/review.json").native()},
+        home.root());
+    EXPECT_EQ(noFolder.exitCode, 1);
+    EXPECT_THAT(noFolder.err, HasSubstr("does not exist, so the review cannot be written there"));
+    EXPECT_FALSE(presentAt(home / "missing"));
     EXPECT_FALSE(presentAt(review));
+
+    // Names as a person types them: any case, and a home folder the shell did not expand.
+    const auto typed = runCli(
+        {"review", "--tool", "codex", "--select=~/.codex/log", "--out", review}, home.root());
+    EXPECT_EQ(typed.exitCode, 0) << typed.err;
+    EXPECT_TRUE(presentAt(review));
 
     home.file("tracked/a", 10);
     const auto broad = runCli({"review", "--tool", home.root().filename().native(), "--all",
