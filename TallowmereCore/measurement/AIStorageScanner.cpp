@@ -126,7 +126,7 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
         if (found.state == LocationFolder::State::open) {
             location.scope = std::make_unique<LocationScope>(
                 LocationScope{locations[index], folder, found.status,
-                              foldersInside(folder.native(), folders), now});
+                              foldersInside(folder.native(), folders), now, index});
             location.stream = std::move(found.stream);
         }
         opened.push_back(std::move(location));
@@ -141,7 +141,8 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
                  std::int64_t maxEntriesPerLocation, const ProgressHandler& onProgress,
                  const ScanOptions& options) {
     const Date now = currentDate();
-    const WalkSettings settings{options.stopToken, options.pauses, maxEntriesPerLocation};
+    const WalkSettings settings{options.stopToken, options.pauses, maxEntriesPerLocation,
+                                options.meter};
     auto opened = openLocations(home, locations, now, options);
     StorageScan result;
     std::vector<OpenedLocation*> measured;

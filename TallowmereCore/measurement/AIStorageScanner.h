@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -19,6 +20,15 @@ struct ScanCancelled : std::exception {
     const char* what() const noexcept override { return "The scan was cancelled."; }
 };
 
+// Counts a walk as it goes, for a live display read on another thread. The counts lag the walk
+// by fewer than 256 entries per thread.
+struct ScanMeter {
+    std::atomic<std::int64_t> entries = 0;
+    std::atomic<std::int64_t> allocatedBytes = 0;
+    // The place, in the scan's list of locations, of the one a walk entered last.
+    std::atomic<std::size_t> location = 0;
+};
+
 struct ScanOptions {
     // Checked before every location and every entry.
     std::stop_token stopToken;
@@ -27,6 +37,8 @@ struct ScanOptions {
     // Threads that walk, the calling thread among them: 0 for one per core, 1 for the calling
     // thread alone. The result is the same either way.
     std::size_t threads = 0;
+    // Kept up to date while the walk runs, when given.
+    ScanMeter* meter = nullptr;
 };
 
 }  // namespace tallowmere

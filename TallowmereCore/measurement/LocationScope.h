@@ -21,6 +21,7 @@ struct LocationScope {
     // their own, and folders that the scan measures through another mount (see mountCopies).
     std::vector<std::string> nestedFolders;
     Date now = 0;
+    std::size_t listIndex = 0;  // its place in the scan's list of locations
 
     // Files of caches and logs are candidates for cleaning one by one.
     bool checksFiles() const { return location.category == "Cache" || location.category == "Logs"; }

@@ -18,7 +18,9 @@ public:
           m_counted(counted),
           m_settings(settings),
           m_tally(scope),
-          m_pace(settings.pauses) {}
+          m_pace(settings.pauses, settings.meter) {
+        m_pace.entered(scope.listIndex);
+    }
 
     StorageFinding run(DirectoryStream root) {
         push(std::make_shared<const WalkFolder>(m_scope.rootFolder()), std::move(root));
@@ -78,6 +80,7 @@ private:
         if (entry.status.kind == EntryKind::directory) {
             descend(level, entry, index);
         } else if (entry.status.kind == EntryKind::regularFile) {
+            m_pace.fileMeasured(entry.status.allocatedBytes);
             countOnce(*level.folder, index, name, entry.status);
         }
         return true;

@@ -53,7 +53,7 @@ public:
             m_walkers.push_back(std::make_unique<Walker>(
                 Walker{std::vector<std::optional<LocationTally>>(roots.size()),
                        {},
-                       WalkPace(settings.pauses)}));
+                       WalkPace(settings.pauses, settings.meter)}));
         }
         for (std::size_t index = roots.size(); index-- > 0;) {
             m_roots[index].pendingTasks = 1;
@@ -196,6 +196,7 @@ private:
             tally.countSkipped();
         }
         const LocationScope& scope = *m_roots[task.root].scope;
+        walker.pace.entered(scope.listIndex);
         std::int64_t entries = 0;
         for (std::size_t position = 0; position < chunk.entries.size(); ++position) {
             m_settings.throwIfStopped();
@@ -210,6 +211,9 @@ private:
             if (entry.statusFailed) {
                 tally.countSkipped();
                 continue;
+            }
+            if (entry.status.kind == EntryKind::regularFile) {
+                walker.pace.fileMeasured(entry.status.allocatedBytes);
             }
             const std::uint32_t index = task.firstIndex + static_cast<std::uint32_t>(position);
             if (entry.status.kind == EntryKind::directory) {
