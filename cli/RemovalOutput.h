@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,5 +24,17 @@ struct Outcome {
 // With `json`, {countKey, itemsKey:[…], "errors", "notice", "error"} on standard output;
 // otherwise the notice on standard output and the error text on standard error.
 void reportOutcome(const Outcome& outcome, bool json);
+
+// Each text escaped for the terminal, so that no file name in it can drive one.
+std::vector<std::string> escapedTexts(std::vector<std::string> texts);
+
+// What a person needs after items went to the Trash: how much they hold (space that stays in
+// use until the Trash is emptied), where the undo file is, and the commands that put them back
+// or free the space.
+std::string afterTrashing(const std::vector<TrashedStorageFile>& items,
+                          const std::filesystem::path& undoFile);
+
+// `path` as one word for a POSIX shell: as it is when that is safe, else in single quotes.
+std::string shellWord(const std::string& path);
 
 }  // namespace tallowmere::cli

@@ -138,10 +138,18 @@ int runRemove(const std::vector<std::string>& arguments) {
     if (undo) {
         flushUndo(*undo);
     }
+    const bool json = options.has("json");
+    StorageCleanupResult shown = result;
+    if (!json) {
+        shown.errors = escapedTexts(std::move(shown.errors));
+    }
     reportOutcome({"moved", result.moved, "items", result.items, result.errors,
                    RemovalMessages::removalNotice(result, method),
-                   RemovalMessages::removalError(result, method)},
-                  options.has("json"));
+                   RemovalMessages::removalError(shown, method)},
+                  json);
+    if (!json && !result.items.empty() && undoFailure.empty()) {
+        std::cout << afterTrashing(result.items, undoPath);
+    }
     if (!undoFailure.empty()) {
         std::cerr << undoFailure << " The removal stopped there.\n";
         return failed;

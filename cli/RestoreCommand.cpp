@@ -14,8 +14,8 @@
 namespace tallowmere::cli {
 
 int runRestore(const std::vector<std::string>& arguments) {
-    const Options options =
-        parseOptions(arguments, {{"json", false}, {"no-pause", false}, {"gentle", false}, {"help", false}}, 1);
+    const Options options = parseOptions(
+        arguments, {{"json", false}, {"no-pause", false}, {"gentle", false}, {"help", false}}, 1);
     if (options.has("help")) {
         std::cout << restoreHelp;
         return success;
@@ -34,9 +34,14 @@ int runRestore(const std::vector<std::string>& arguments) {
         result = AIStorageCleanup::restore(undo.items(), restoreOptions);
     });
     undo.save(result.remaining);
+    const bool json = options.has("json");
+    StorageRestoreResult shown = result;
+    if (!json) {
+        shown.errors = escapedTexts(std::move(shown.errors));
+    }
     reportOutcome({"restored", result.restored, "remaining", result.remaining, result.errors,
-                   RemovalMessages::restoreNotice(result), RemovalMessages::restoreError(result)},
-                  options.has("json"));
+                   RemovalMessages::restoreNotice(result), RemovalMessages::restoreError(shown)},
+                  json);
     if (interrupted) {
         std::cerr << "Interrupted: the items not yet restored stay in the Trash and in the undo "
                      "file.\n";

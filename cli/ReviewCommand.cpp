@@ -10,6 +10,7 @@
 #include "ReviewSheet.h"
 #include "ScanReport.h"
 #include "ScanRun.h"
+#include "TerminalLines.h"
 #include "Usage.h"
 #include "catalog/LocationDiscovery.h"
 #include "measurement/StorageTool.h"
@@ -77,8 +78,7 @@ void checkOwnerExists(const std::string& typed, const Options& options,
     }
     throw RecordFileError("No tool is named “" + TerminalText::escaped(typed) + "”." +
                           (present.empty() ? std::string(" No tool has folders here.")
-                                           : " Tools with folders here: " + listed(present) +
-                                                 "."));
+                                           : " Tools with folders here: " + listed(present) + "."));
 }
 
 // The tool the person named, matched without regard to case; refused with the tools that
@@ -93,10 +93,9 @@ const StorageTool& toolNamed(const std::string& typed, const std::vector<Storage
     for (const auto& tool : tools) {
         owners.push_back(tool.owner);
     }
-    throw RecordFileError("No tool named “" + TerminalText::escaped(typed) +
-                          "” has storage in this scan." +
-                          (owners.empty() ? std::string()
-                                          : " Tools with storage: " + listed(owners) + "."));
+    throw RecordFileError(
+        "No tool named “" + TerminalText::escaped(typed) + "” has storage in this scan." +
+        (owners.empty() ? std::string() : " Tools with storage: " + listed(owners) + "."));
 }
 
 // Every --select path must be one of the tool's folders as the scan lists them.
@@ -112,8 +111,8 @@ void checkSelection(const std::set<std::string>& ids, const StorageTool& tool,
             folders += (folders.empty() ? "" : ", ") + displayPath(finding.url, home);
         }
         throw RecordFileError(displayPath(id, home) + " is not a location of " +
-                              TerminalText::escaped(tool.owner) + "; its locations are: " +
-                              folders + ".");
+                              TerminalText::escaped(tool.owner) +
+                              "; its locations are: " + folders + ".");
     }
 }
 
@@ -220,7 +219,7 @@ int runReview(const std::vector<std::string>& arguments) {
     const std::string fileText = encodeReview({*review, layout});
     AtomicFile::write(out, fileText + "\n");
     std::cout << (options.has("json") ? reviewJson(*review, fileText) + "\n"
-                                      : reviewSheet(*review, run->home));
+                                      : forStandardOutput(reviewSheet(*review, run->home)));
     return success;
 }
 

@@ -7,6 +7,7 @@
 #include "ScanJson.h"
 #include "ScanReport.h"
 #include "ScanRun.h"
+#include "TerminalLines.h"
 #include "Usage.h"
 #include "persistence/StorageScanCache.h"
 #include "platform/PathRules.h"
@@ -65,7 +66,7 @@ int runScan(const std::vector<std::string>& arguments) {
     if (json) {
         writeScanJson(std::cout, std::move(scan), home);
     } else {
-        std::cout << scanReport(scan, home);
+        std::cout << forStandardOutput(scanReport(scan, home));
     }
     std::cout << std::flush;
     if (saveFailure) {

@@ -5,6 +5,7 @@
 #include "Options.h"
 #include "ScanJson.h"
 #include "ScanReport.h"
+#include "TerminalLines.h"
 #include "Usage.h"
 #include "persistence/StorageScanCache.h"
 #include "platform/PathRules.h"
@@ -32,7 +33,7 @@ int runSummary(const std::vector<std::string>& arguments) {
     if (options.has("json")) {
         writeScanJson(std::cout, std::move(*scan), home);
     } else {
-        std::cout << scanReport(*scan, home);
+        std::cout << forStandardOutput(scanReport(*scan, home));
     }
     return success;
 }

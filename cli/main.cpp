@@ -21,12 +21,9 @@ struct Command {
 
 const std::map<std::string, Command>& commands() {
     static const std::map<std::string, Command> table = {
-        {"catalog", {runCatalog, catalogHelp}},
-        {"locations", {runLocations, locationsHelp}},
-        {"scan", {runScan, scanHelp}},
-        {"summary", {runSummary, summaryHelp}},
-        {"review", {runReview, reviewHelp}},
-        {"remove", {runRemove, removeHelp}},
+        {"catalog", {runCatalog, catalogHelp}}, {"locations", {runLocations, locationsHelp}},
+        {"scan", {runScan, scanHelp}},          {"summary", {runSummary, summaryHelp}},
+        {"review", {runReview, reviewHelp}},    {"remove", {runRemove, removeHelp}},
         {"restore", {runRestore, restoreHelp}}};
     return table;
 }
@@ -79,8 +76,8 @@ int checkedOutput(int code) {
     if (std::cout) {
         return code;
     }
-    std::cerr << "tallowmere-cli: could not write to standard output"
-              << writeFailureCause(errno) << '\n';
+    std::cerr << "tallowmere-cli: could not write to standard output" << writeFailureCause(errno)
+              << '\n';
     return code == success ? failed : code;
 }
 
