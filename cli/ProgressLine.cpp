@@ -39,12 +39,10 @@ ProgressLine::ProgressLine(const ScanMeter& meter, std::vector<std::string> loca
           std::mutex mutex;
           std::condition_variable_any wake;
           std::unique_lock lock(mutex);
-          for (;;) {
-              wake.wait_for(lock, stop, redrawEvery, [] { return false; });
-              if (stop.stop_requested()) {
-                  return;
-              }
+          // At once, so that a person sees the scan has begun, then a few times a second.
+          while (!stop.stop_requested()) {
               draw();
+              wake.wait_for(lock, stop, redrawEvery, [] { return false; });
           }
       }) {}
 

@@ -88,6 +88,36 @@ TEST_F(RemovalCommands, ReviewRemoveAndRestoreRoundTrip) {
     EXPECT_EQ(Json::parse(nothingLeft.out)["restored"], 0);
 }
 
+TEST_F(RemovalCommands, TellsWhatATrashMoveCostsAndEscapesNames) {
+    const auto hostile = home / ".codex/log/old\x1b[31m.log";
+    home.file(hostile.lexically_relative(home.root()).native(), 4000, currentDate() - 20 * day);
+    const auto logs = (home / ".codex/log").native();
+    ASSERT_EQ(runCli({"review", "--tool", "Codex", "--select", logs, "--out", review}, home.root())
+                  .exitCode,
+              0);
+    const auto removed = runCli({"remove", review}, home.root());
+    ASSERT_EQ(removed.exitCode, 0) << removed.err;
+    const auto undo = review + ".undo.json";
+    EXPECT_EQ(removed.out,
+              "Moved 2 items to Trash.\n"
+              "They hold 9 KB, which stays in use until the Trash is emptied.\n"
+              "Undo file: " +
+                  undo +
+                  "\n"
+                  "Put back:        tallowmere-cli restore " +
+                  undo +
+                  "\n"
+                  "Free the space:  tallowmere-cli empty-trash " +
+                  undo + "\n");
+
+    home.file(hostile.lexically_relative(home.root()).native(), 1);
+    const auto restored = runCli({"restore", undo}, home.root());
+    EXPECT_EQ(restored.exitCode, 1);
+    EXPECT_THAT(restored.err,
+                HasSubstr("old\\x1B[31m.log: An item with the same name already exists."));
+    EXPECT_EQ(restored.err.find('\x1b'), std::string::npos);
+}
+
 TEST_F(RemovalCommands, RefusesDamagedFilesAndUnconfirmedDeletion) {
     ASSERT_EQ(reviewAll().exitCode, 0);
     std::string text;
