@@ -168,14 +168,18 @@ TrashedItem moveIn(int parentFd, const std::filesystem::path& item) {
     return {trash.location / "files" / trashName, std::move(trash), trashName};
 }
 
-TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original) {
+TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original,
+                 Purpose purpose) {
+    const std::string notDone = purpose == Purpose::restore ? "restored" : "deleted";
     const auto path = PathRules::standardized(location);
     if (!path.is_absolute() || path.parent_path().filename() != "files") {
-        failNotTrashed("It is not in a trash’s files folder, so it is not restored from there.");
+        failNotTrashed("It is not in a trash’s files folder, so it is not " + notDone +
+                       " from there.");
     }
     auto trash = existingTrashFolder(path.parent_path().parent_path());
     if (!trash) {
-        failNotTrashed("It is not in one of your trash folders, so it is not restored from there.");
+        failNotTrashed("It is not in one of your trash folders, so it is not " + notDone +
+                       " from there.");
     }
     const std::string name = path.filename();
     EntryStatus status;
@@ -186,8 +190,9 @@ TrashedItem find(const std::filesystem::path& location, const std::filesystem::p
     const auto place = info ? recordedPlace(*info, *trash) : std::nullopt;
     if (!place || *place != PathRules::standardized(original)) {
         failNotTrashed(
-            "Its trash record does not name this place as where it came from, so it is not "
-            "restored there.");
+            std::string("Its trash record does not name this place as where it came from, so it "
+                        "is not ") +
+            (purpose == Purpose::restore ? "restored there." : "deleted."));
     }
     return {path, std::move(*trash), name};
 }

@@ -32,11 +32,15 @@ public:
     NoLongerInTrash();
 };
 
+// What an item is looked up for; a refusal says what was not done with it.
+enum class Purpose { restore, deletion };
+
 // The item at `location` when that lies directly in the files/ folder of one of this user's
 // trashes and the item's info file records `original` as its former place. Throws
 // NoLongerInTrash when that trash no longer holds it, and FileSystemError otherwise: an undo
-// record alone never makes something restorable.
-TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original);
+// record alone never makes something restorable or deletable.
+TrashedItem find(const std::filesystem::path& location, const std::filesystem::path& original,
+                 Purpose purpose = Purpose::restore);
 
 // Moves `item` out of the trash to `name` in the open folder `folderFd`, without creating
 // folders or replacing anything; its info file stays until `forget`. Throws FileSystemError

@@ -1,5 +1,7 @@
 #include "removal/ItemInHand.h"
 
+#include <fcntl.h>
+
 #include <cerrno>
 
 #include "platform/Deletion.h"
@@ -29,6 +31,19 @@ ItemInHand ItemInHand::at(const std::filesystem::path& place) {
             throw FileTrashError();  // reached through a link: not the place that was reviewed
         }
         throw;
+    }
+    item.m_folderStatus = entryStatusAt(item.m_folder.get(), "");
+    item.m_statusAtPlace = entryStatusAt(item.m_folder.get(), item.m_name.c_str());
+    return item;
+}
+
+ItemInHand ItemInHand::inTrash(const Trash::TrashedItem& trashed) {
+    ItemInHand item;
+    item.m_place = trashed.location;
+    item.m_name = trashed.name;
+    item.m_folder = openFolderAt(trashed.folderFd(), ".", O_PATH);
+    if (!item.m_folder.valid()) {
+        throw FileSystemError::fromErrno(errno);
     }
     item.m_folderStatus = entryStatusAt(item.m_folder.get(), "");
     item.m_statusAtPlace = entryStatusAt(item.m_folder.get(), item.m_name.c_str());

@@ -21,6 +21,10 @@ public:
     // links; nothing is moved yet. Throws FileTrashError when a link lies on the way,
     // FileSystemError when it cannot be read.
     static ItemInHand at(const std::filesystem::path& place);
+    // The item `trashed` names as it is now, its folder the trash's files/ folder already
+    // opened, not looked up again; it is only ever taken aside there, for deletion. Throws
+    // FileSystemError when it cannot be read.
+    static ItemInHand inTrash(const Trash::TrashedItem& trashed);
 
     const EntryStatus& statusAtPlace() const { return m_statusAtPlace; }
     const EntryStatus& folderStatus() const { return m_folderStatus; }
