@@ -14,5 +14,6 @@ int runSummary(const std::vector<std::string>& arguments);
 int runReview(const std::vector<std::string>& arguments);
 int runRemove(const std::vector<std::string>& arguments);
 int runRestore(const std::vector<std::string>& arguments);
+int runEmptyTrash(const std::vector<std::string>& arguments);
 
 }  // namespace tallowmere::cli

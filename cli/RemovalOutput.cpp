@@ -90,6 +90,10 @@ void reportOutcome(const Outcome& outcome, bool json) {
     writer.beginObject();
     writer.key(outcome.countKey);
     writer.integer(outcome.count);
+    if (outcome.bytesFreed) {
+        writer.key("bytesFreed");
+        writer.integer(*outcome.bytesFreed);
+    }
     writer.key(outcome.itemsKey);
     writer.beginArray();
     for (const auto& item : outcome.items) {

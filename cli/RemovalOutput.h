@@ -12,8 +12,10 @@ namespace tallowmere::cli {
 
 // What a removal or an undo did, as the commands report it.
 struct Outcome {
-    const char* countKey;  // "moved" or "restored"
+    const char* countKey;  // "moved", "restored" or "deleted"
     std::int64_t count;
+    // "bytesFreed" after the count, for what frees space; none otherwise.
+    std::optional<std::int64_t> bytesFreed;
     const char* itemsKey;  // "items" or "remaining"
     const std::vector<TrashedStorageFile>& items;
     const std::vector<std::string>& errors;
@@ -21,7 +23,8 @@ struct Outcome {
     std::optional<std::string> error;
 };
 
-// With `json`, {countKey, itemsKey:[…], "errors", "notice", "error"} on standard output;
+// With `json`, {countKey, ["bytesFreed",] itemsKey:[…], "errors", "notice", "error"} on
+// standard output;
 // otherwise the notice on standard output and the error text on standard error.
 void reportOutcome(const Outcome& outcome, bool json);
 

@@ -1,9 +1,8 @@
-#include <unistd.h>
-
 #include <iostream>
 #include <stop_token>
 
 #include "Commands.h"
+#include "Confirmation.h"
 #include "Interruptible.h"
 #include "MeasuredLocations.h"
 #include "Options.h"
@@ -23,32 +22,6 @@
 namespace tallowmere::cli {
 
 namespace {
-
-// Asks on the terminal; true only for an explicit yes.
-bool confirmedOnTerminal(const LocationRemovalReview& review) {
-    std::cerr << "Permanently delete these items?\n"
-              << permanentConfirmation(review)
-              << "\nType “yes” to delete permanently: " << std::flush;
-    std::string answer;
-    return std::getline(std::cin, answer) && (answer == "yes" || answer == "y");
-}
-
-// True when a permanent deletion may go ahead, having asked where it must.
-bool permanentDeletionConfirmed(const Options& options, const LocationRemovalReview& review) {
-    if (options.has("yes")) {
-        return true;
-    }
-    if (!::isatty(STDIN_FILENO)) {
-        std::cerr << "Permanent deletion needs --yes when standard input is not a terminal. "
-                     "Nothing was removed.\n";
-        return false;
-    }
-    if (!confirmedOnTerminal(review)) {
-        std::cerr << "Nothing was removed.\n";
-        return false;
-    }
-    return true;
-}
 
 // What the review may touch now: its owner's locations as a scan would measure them, for the
 // review's layout and the folders tracked on this command line.
@@ -101,7 +74,8 @@ int runRemove(const std::vector<std::string>& arguments) {
     const auto method =
         options.has("permanent") ? StorageRemovalMethod::permanent : StorageRemovalMethod::trash;
     if (method == StorageRemovalMethod::permanent &&
-        !permanentDeletionConfirmed(options, record.review)) {
+        !permanentDeletionConfirmed(
+            options, "Permanently delete these items?\n" + permanentConfirmation(record.review))) {
         return failed;
     }
     const RemovalScope scope = scopeOf(record, options);
@@ -143,7 +117,7 @@ int runRemove(const std::vector<std::string>& arguments) {
     if (!json) {
         shown.errors = escapedTexts(std::move(shown.errors));
     }
-    reportOutcome({"moved", result.moved, "items", result.items, result.errors,
+    reportOutcome({"moved", result.moved, std::nullopt, "items", result.items, result.errors,
                    RemovalMessages::removalNotice(result, method),
                    RemovalMessages::removalError(shown, method)},
                   json);

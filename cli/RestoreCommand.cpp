@@ -39,9 +39,10 @@ int runRestore(const std::vector<std::string>& arguments) {
     if (!json) {
         shown.errors = escapedTexts(std::move(shown.errors));
     }
-    reportOutcome({"restored", result.restored, "remaining", result.remaining, result.errors,
-                   RemovalMessages::restoreNotice(result), RemovalMessages::restoreError(shown)},
-                  json);
+    reportOutcome(
+        {"restored", result.restored, std::nullopt, "remaining", result.remaining, result.errors,
+         RemovalMessages::restoreNotice(result), RemovalMessages::restoreError(shown)},
+        json);
     if (interrupted) {
         std::cerr << "Interrupted: the items not yet restored stay in the Trash and in the undo "
                      "file.\n";

@@ -192,6 +192,10 @@ int runReview(const std::vector<std::string>& arguments) {
     const std::string& owner = tool.owner;
     const auto selected = selectedIDs(options, tool, includeRecent);
     checkSelection(selected, tool, run->home);
+    std::vector<StorageFinding> selectedFindings;
+    std::ranges::copy_if(
+        tool.findings, std::back_inserter(selectedFindings),
+        [&](const StorageFinding& finding) { return selected.contains(finding.id()); });
     std::optional<LocationRemovalReview> review;
     std::string failure;
     const bool interrupted = runInterruptibly([&](std::stop_token stopToken) {
@@ -218,8 +222,11 @@ int runReview(const std::vector<std::string>& arguments) {
     }
     const std::string fileText = encodeReview({*review, layout});
     AtomicFile::write(out, fileText + "\n");
-    std::cout << (options.has("json") ? reviewJson(*review, fileText) + "\n"
-                                      : forStandardOutput(reviewSheet(*review, run->home)));
+    std::cout << (options.has("json")
+                      ? reviewJson(*review, fileText) + "\n"
+                      : forStandardOutput(reviewSheet(
+                            *review, reachOf(selectedFindings, review->files, includeRecent),
+                            run->home)));
     return success;
 }
 

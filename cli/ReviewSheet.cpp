@@ -57,9 +57,12 @@ std::string folderCard(const StorageLocationSnapshot& folder, const std::filesys
 
 }  // namespace
 
-std::string reviewSheet(const LocationRemovalReview& review, const std::filesystem::path& home) {
+std::string reviewSheet(const LocationRemovalReview& review, const ReviewReach& reach,
+                        const std::filesystem::path& home) {
     std::string text = "Review selected items: " + TerminalText::escaped(review.owner) + "\n" +
-                       review.selectionSummary() + "\n\n" + notice(review) + "\n";
+                       review.selectionSummary() + "\n" +
+                       (reach.takesEverything() ? "" : reach.partText() + "\n") + "\n" +
+                       notice(review) + "\n";
     for (const auto& group : StorageCleanupGroup::group(review.files)) {
         text += fileGroup(group, home) + "\n";
     }

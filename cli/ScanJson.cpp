@@ -30,6 +30,21 @@ void writeCleanupFiles(JsonWriter& json, const char* key,
     json.endArray();
 }
 
+void writeUnreadable(JsonWriter& json, const char* key,
+                     const std::vector<UnreadableFolder>& folders) {
+    json.key(key);
+    json.beginArray();
+    for (const auto& folder : folders) {
+        json.beginObject();
+        json.key("path");
+        json.string(folder.path.native());
+        json.key("reason");
+        json.string(folder.reason);
+        json.endObject();
+    }
+    json.endArray();
+}
+
 void writeGuidance(JsonWriter& json, const StorageGuidance& guidance) {
     json.key("guidance");
     json.beginObject();
@@ -64,6 +79,15 @@ void writeFinding(JsonWriter& json, const StorageFinding& finding) {
     writeCleanupFiles(json, "cleanupFiles", finding.cleanupFiles);
     writeCleanupFiles(json, "recentCleanupFiles", finding.recentCleanupFiles);
     writeGuidance(json, StorageGuidance::forCategory(finding.location.category));
+    json.key("cleanupFileCount");
+    json.integer(finding.cleanupFileCount);
+    json.key("cleanupBytes");
+    json.integer(finding.cleanupBytes);
+    json.key("recentCleanupFileCount");
+    json.integer(finding.recentCleanupFileCount);
+    json.key("recentCleanupBytes");
+    json.integer(finding.recentCleanupBytes);
+    writeUnreadable(json, "unreadableEntries", finding.unreadableEntries);
     json.endObject();
 }
 
@@ -99,20 +123,6 @@ void writeTool(JsonWriter& json, const StorageTool& tool) {
     json.endObject();
 }
 
-void writeUnreadableFolders(JsonWriter& json, const std::vector<UnreadableFolder>& folders) {
-    json.key("unreadableFolders");
-    json.beginArray();
-    for (const auto& folder : folders) {
-        json.beginObject();
-        json.key("path");
-        json.string(folder.path.native());
-        json.key("reason");
-        json.string(folder.reason);
-        json.endObject();
-    }
-    json.endArray();
-}
-
 }  // namespace
 
 void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::path& home) {
@@ -143,7 +153,7 @@ void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::p
         writeTool(json, tool);
     }
     json.endArray();
-    writeUnreadableFolders(json, scan.unreadableFolders);
+    writeUnreadable(json, "unreadableFolders", scan.unreadableFolders);
     json.endObject();
     json.flushTo(out);
     out << '\n';

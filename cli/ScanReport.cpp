@@ -1,10 +1,14 @@
 #include "ScanReport.h"
 
 #include <algorithm>
+#include <set>
 
+#include "ReviewReach.h"
 #include "guidance/StorageGuidance.h"
 #include "measurement/StorageTool.h"
 #include "platform/PathRules.h"
+#include "removal/StorageRemovalPlan.h"
+#include "text/CountText.h"
 #include "text/SizeText.h"
 #include "text/TerminalText.h"
 
@@ -20,9 +24,51 @@ std::string padded(const std::string& text, std::size_t width) {
     return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
 }
 
-std::string findingLines(const StorageFinding& finding, const std::filesystem::path& home) {
+constexpr std::size_t unreadableShown = 3;
+
+// The folders listed in the tool's section that lie inside `finding`'s: how much they hold
+// and where they stand.
+std::string nestedText(const StorageFinding& finding, const std::vector<StorageFinding>& listed) {
+    std::int64_t bytes = 0;
+    std::int64_t count = 0;
+    bool allBelow = true;
+    bool passedIt = false;
+    for (const auto& other : listed) {
+        passedIt = passedIt || other.url == finding.url;
+        if (PathRules::isInside(other.url.native(), finding.url.native()) &&
+            other.url != finding.url) {
+            bytes += other.allocatedBytes;
+            ++count;
+            allBelow = allBelow && passedIt;
+        }
+    }
+    if (count == 0) {
+        return "";
+    }
+    return " · " + SizeText::bytes(finding.allocatedBytes) + " here · " + SizeText::bytes(bytes) +
+           " in " + counted(count, "folder", "folders") +
+           (allBelow ? " listed below" : " listed separately");
+}
+
+std::string unreadableEntryLines(const StorageFinding& finding, const std::filesystem::path& home) {
+    std::string text;
+    const std::size_t shown = std::min(finding.unreadableEntries.size(), unreadableShown);
+    for (std::size_t index = 0; index < shown; ++index) {
+        const auto& entry = finding.unreadableEntries[index];
+        text += std::string(17, ' ') + "Not read: " + displayPath(entry.path, home) + " — " +
+                TerminalText::escaped(entry.reason) + "\n";
+    }
+    const auto more = finding.skippedCount - static_cast<std::int64_t>(shown);
+    if (shown > 0 && more > 0) {
+        text += std::string(17, ' ') + "and " + CountText::grouped(more) + " more\n";
+    }
+    return text;
+}
+
+std::string findingLines(const StorageFinding& finding, const std::vector<StorageFinding>& listed,
+                         const std::filesystem::path& home) {
     std::string line = "      " + padded(SizeText::bytes(finding.allocatedBytes), 9) + "  " +
-                       displayPath(finding.url, home);
+                       displayPath(finding.url, home) + nestedText(finding, listed);
     if (finding.limited) {
         line += " · measured in part: entry limit reached";
     }
@@ -31,7 +77,35 @@ std::string findingLines(const StorageFinding& finding, const std::filesystem::p
     }
     const auto guidance = StorageGuidance::forCategory(finding.location.category);
     return line + "\n" + std::string(17, ' ') + TerminalText::escaped(finding.location.category) +
-           " · " + guidance.summary() + "\n";
+           " · " + guidance.summary() + "\n" + unreadableEntryLines(finding, home);
+}
+
+// What a default review ('review --all', without recent files) of the tool takes file by
+// file, said as the review says it, so that the two agree.
+std::string cleanableLine(const StorageTool& tool) {
+    std::set<std::string> ids;
+    std::int64_t recentBytes = 0;
+    for (const auto& finding : tool.findings) {
+        if (StorageRemovalPlan::usesEligibleFiles(finding)) {
+            ids.insert(finding.id());
+            recentBytes += finding.recentCleanupBytes;
+        }
+    }
+    const auto plan = StorageRemovalPlan::make(tool, ids, false);
+    const ReviewReach reach = reachOf(tool.findings, plan.files, false);
+    std::string text;
+    if (reach.eligibleFiles > 0) {
+        text =
+            "  " + SizeText::bytes(reach.eligibleBytes) +
+            " of cache and log files can be cleaned file by file" +
+            (reach.takesEverything() ? " (" + counted(reach.eligibleFiles, "file", "files") + ")."
+                                     : "; one review takes " + reach.partText() + ".");
+    }
+    if (recentBytes > reach.eligibleBytes) {
+        text += (text.empty() ? "  Recent cache and log files: " : " Recent files add ") +
+                SizeText::bytes(recentBytes - reach.eligibleBytes) + " with --include-recent.";
+    }
+    return text.empty() ? text : text + "\n";
 }
 
 // The tool's visible folders, in sections by guidance group.
@@ -40,22 +114,27 @@ std::string toolSection(const StorageTool& tool, const std::filesystem::path& ho
         TerminalText::escaped(tool.owner) + "  " + SizeText::bytes(tool.allocatedBytes()) + " · " +
         counted(tool.fileCount(), "file", "files") + (tool.incomplete() ? " · partial" : "") + "\n";
     const auto visible = tool.visibleFindings();
+    // In the order they are listed: by group, then as the tool holds them.
+    std::vector<StorageFinding> listed;
     for (const auto group : StorageGuidanceGroup::allCases) {
-        std::string lines;
         for (const auto& finding : visible) {
             if (StorageGuidance::forCategory(finding.location.category).group == group) {
-                lines += findingLines(finding, home);
+                listed.push_back(finding);
+            }
+        }
+    }
+    for (const auto group : StorageGuidanceGroup::allCases) {
+        std::string lines;
+        for (const auto& finding : listed) {
+            if (StorageGuidance::forCategory(finding.location.category).group == group) {
+                lines += findingLines(finding, listed, home);
             }
         }
         if (!lines.empty()) {
             text += "  " + std::string(StorageGuidanceGroup::title(group)) + "\n" + lines;
         }
     }
-    if (tool.reviewBytes() > 0) {
-        text += "  " + SizeText::bytes(tool.reviewBytes()) +
-                " of cache and log files can be cleaned file by file.\n";
-    }
-    return text + "\n";
+    return text + cleanableLine(tool) + "\n";
 }
 
 // Each unreadable folder and why; a summary read back knows only how many there were.

@@ -16,6 +16,8 @@ Commands:
   review     Prepare the removal of one tool's folders or cache and log files.
   remove     Carry out a prepared review: to the Trash, or permanently.
   restore    Put back what a removal moved to the Trash.
+  empty-trash
+             Delete for good what a removal moved to the Trash, freeing the space.
 
 Run 'tallowmere-cli COMMAND --help' for a command's options.
 
@@ -172,6 +174,27 @@ Options:
 
 Exit codes: 0 everything was restored; 1 some items were not, or UNDOFILE cannot be
 used; 2 usage error; 130 interrupted (the items not yet restored stay listed).
+)";
+
+const char* const emptyTrashHelp =
+    R"(Usage: tallowmere-cli empty-trash UNDOFILE [--yes] [--gentle] [--json]
+
+Deletes for good the items that the removal which wrote UNDOFILE moved to the Trash, and
+frees the space they take. Each is deleted only when it still lies in one of your trash
+folders whose record names where it came from, and is the item that was moved: a file
+the same file, a folder exactly as reviewed. Anything else in the Trash is never
+touched. An item that changed stays in the Trash and in UNDOFILE, which is rewritten
+with the items that remain; one the Trash no longer holds is dropped from it.
+
+Options:
+  --yes          Delete without asking. Needed when standard input is not a terminal;
+                 otherwise you are asked to type "yes".
+  --gentle       Pause 2 ms after every 256 entries while checking folders.
+  --json         Print {"deleted","bytesFreed","remaining","errors","notice","error"}.
+  --help         Show this help.
+
+Exit codes: 0 everything was deleted; 1 some items were not, nothing was confirmed, or
+UNDOFILE cannot be used; 2 usage error; 130 interrupted (Ctrl-C stops between items).
 )";
 
 }  // namespace tallowmere::cli

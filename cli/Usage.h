@@ -21,5 +21,6 @@ extern const char* const summaryHelp;
 extern const char* const reviewHelp;
 extern const char* const removeHelp;
 extern const char* const restoreHelp;
+extern const char* const emptyTrashHelp;
 
 }  // namespace tallowmere::cli

@@ -24,7 +24,7 @@ const std::map<std::string, Command>& commands() {
         {"catalog", {runCatalog, catalogHelp}}, {"locations", {runLocations, locationsHelp}},
         {"scan", {runScan, scanHelp}},          {"summary", {runSummary, summaryHelp}},
         {"review", {runReview, reviewHelp}},    {"remove", {runRemove, removeHelp}},
-        {"restore", {runRestore, restoreHelp}}};
+        {"restore", {runRestore, restoreHelp}}, {"empty-trash", {runEmptyTrash, emptyTrashHelp}}};
     return table;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/FileSystemError.h"
 #include "removal/AIStorageCleanup.h"
 #include "text/TextRules.h"
 
@@ -12,6 +13,7 @@ namespace {
 constexpr std::size_t largestFilesCapacity = 12;
 constexpr std::size_t oldLogsCapacity = 50;
 constexpr std::size_t cleanupFilesCapacity = 500;
+constexpr std::size_t unreadableEntriesCapacity = 5;
 
 Date modifiedDate(const EntryStatus& status) {
     return status.hasModified ? dateFromFileTime(status.modifiedSeconds, status.modifiedNanoseconds)
@@ -53,7 +55,8 @@ LocationTally::LocationTally(const LocationScope& scope)
       m_largestFiles(largestFilesCapacity),
       m_oldLogs(oldLogsCapacity),
       m_cleanupFiles(cleanupFilesCapacity),
-      m_recentCleanupFiles(cleanupFilesCapacity) {}
+      m_recentCleanupFiles(cleanupFilesCapacity),
+      m_unreadable(unreadableEntriesCapacity) {}
 
 namespace {
 
@@ -128,27 +131,47 @@ LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::stri
     if (!m_checksFiles) {
         return lists;
     }
-    // Whether a list has room is cheaper to learn than whether the file may go in it, and once
-    // the lists are full most files find no room.
-    const bool positive = status.logicalBytes >= 1;
-    const bool cleanupRoom = positive && m_cleanupFiles.admits(status.allocatedBytes, orderOf);
-    const bool recentRoom = positive && m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
-    const bool oldLogRoom = m_oldLogs.admits(status.logicalBytes, orderOf);
-    if (!cleanupRoom && !recentRoom && !oldLogRoom) {
-        return lists;
-    }
+    // Every file of a cache or log location is weighed, since a review's reach is told in
+    // full; recent files are the wider set.
     TextRules::asciiLowercase(name, m_lowerName);
     const auto& category = m_scope->location.category;
     const Date now = m_scope->now;
     const bool inProtected = folder.protectedFolder;
-    lists.cleanup = cleanupRoom && AIStorageCleanup::eligibleInFolder(
-                                       m_lowerName, inProtected, modified, category, now, false);
-    lists.recentCleanup =
-        recentRoom &&
+    const bool recent =
+        status.logicalBytes >= 1 &&
         AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected, modified, category, now, true);
-    lists.oldLog =
-        oldLogRoom && AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false);
+    const bool old = recent && AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected,
+                                                                  modified, category, now, false);
+    if (recent) {
+        ++m_recentCleanupFileCount;
+        m_recentCleanupBytes += status.allocatedBytes;
+        lists.recentCleanup = m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
+    }
+    if (old) {
+        ++m_cleanupFileCount;
+        m_cleanupBytes += status.allocatedBytes;
+        lists.cleanup = m_cleanupFiles.admits(status.allocatedBytes, orderOf);
+    }
+    lists.oldLog = m_oldLogs.admits(status.logicalBytes, orderOf) &&
+                   AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false);
     return lists;
+}
+
+void LocationTally::countSkipped(const WalkFolder& folder, std::uint32_t index,
+                                 std::string_view name, int error) {
+    ++m_skippedCount;
+    LazyOrder orderOf(folder, index);
+    if (m_unreadable.admits(0, orderOf)) {
+        m_unreadable.add({0, orderOf(), {folder.pathOf(name), describeErrno(error)}});
+    }
+}
+
+void LocationTally::countSkipped(const WalkFolder& folder, int error) {
+    ++m_skippedCount;
+    const auto orderOf = [&folder]() -> const std::string& { return folder.order; };
+    if (m_unreadable.admits(0, orderOf)) {
+        m_unreadable.add({0, folder.order, {folder.path, describeErrno(error)}});
+    }
 }
 
 void LocationTally::deferLinkedFile(const std::shared_ptr<const WalkFolder>& folder,
@@ -166,6 +189,11 @@ void LocationTally::add(LocationTally&& other) {
     m_oldLogs.add(std::move(other.m_oldLogs));
     m_cleanupFiles.add(std::move(other.m_cleanupFiles));
     m_recentCleanupFiles.add(std::move(other.m_recentCleanupFiles));
+    m_unreadable.add(std::move(other.m_unreadable));
+    m_cleanupFileCount += other.m_cleanupFileCount;
+    m_cleanupBytes += other.m_cleanupBytes;
+    m_recentCleanupFileCount += other.m_recentCleanupFileCount;
+    m_recentCleanupBytes += other.m_recentCleanupBytes;
     std::ranges::move(other.m_linkedFiles, std::back_inserter(m_linkedFiles));
     other.m_linkedFiles.clear();
 }
@@ -193,6 +221,13 @@ StorageFinding LocationTally::finding(bool limited) && {
     finding.cleanupFiles = cleanupFilesOf(std::move(m_cleanupFiles), *m_scope, false);
     finding.recentCleanupFiles = cleanupFilesOf(std::move(m_recentCleanupFiles), *m_scope, true);
     finding.limited = limited;
+    finding.cleanupFileCount = m_cleanupFileCount;
+    finding.cleanupBytes = m_cleanupBytes;
+    finding.recentCleanupFileCount = m_recentCleanupFileCount;
+    finding.recentCleanupBytes = m_recentCleanupBytes;
+    for (auto& ranked : std::move(m_unreadable).sorted()) {
+        finding.unreadableEntries.push_back(std::move(ranked.item));
+    }
     return finding;
 }
 

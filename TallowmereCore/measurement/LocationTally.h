@@ -33,8 +33,11 @@ public:
     // since which of its meetings comes first is only known once the walk is over.
     void deferLinkedFile(const std::shared_ptr<const WalkFolder>& folder, std::uint32_t index,
                          std::string_view name, const EntryStatus& status);
-    // An entry or folder that could not be read.
-    void countSkipped() { ++m_skippedCount; }
+    // The entry `name`, at `index` of `folder`, that could not be read or opened for `error`.
+    void countSkipped(const WalkFolder& folder, std::uint32_t index, std::string_view name,
+                      int error);
+    // The folder itself, whose listing could not be read on for `error`.
+    void countSkipped(const WalkFolder& folder, int error);
 
     void add(LocationTally&& other);
 
@@ -69,6 +72,12 @@ private:
     RankedList<FileEntry> m_oldLogs;
     RankedList<FileEntry> m_cleanupFiles;  // ranked by allocated bytes
     RankedList<FileEntry> m_recentCleanupFiles;
+    // All of equal rank, so the first in walk order are kept.
+    RankedList<UnreadableFolder> m_unreadable;
+    std::int64_t m_cleanupFileCount = 0;
+    std::int64_t m_cleanupBytes = 0;
+    std::int64_t m_recentCleanupFileCount = 0;
+    std::int64_t m_recentCleanupBytes = 0;
     std::vector<LinkedFile> m_linkedFiles;
     std::string m_lowerName;  // reused so lower-casing a name allocates nothing per file
 };

@@ -1,5 +1,7 @@
 #include "measurement/LocationWalk.h"
 
+#include <cerrno>
+
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -50,7 +52,7 @@ private:
             if (!level.stream.readChunk(level.chunk, entriesPerRead,
                                         DirectoryStream::StatusReads::none)) {
                 if (level.stream.readFailed()) {
-                    m_tally.countSkipped();
+                    m_tally.countSkipped(*level.folder, level.stream.readError());
                 }
                 m_stack.pop_back();
                 return true;
@@ -72,11 +74,11 @@ private:
         }
         m_pace.entryWalked();
         level.stream.completeStatus(level.chunk, entry);
+        const auto index = static_cast<std::uint32_t>(level.chunkIndex + position);
         if (entry.statusFailed) {
-            m_tally.countSkipped();
+            m_tally.countSkipped(*level.folder, index, name, errno);
             return true;
         }
-        const auto index = static_cast<std::uint32_t>(level.chunkIndex + position);
         if (entry.status.kind == EntryKind::directory) {
             descend(level, entry, index);
         } else if (entry.status.kind == EntryKind::regularFile) {
@@ -90,7 +92,7 @@ private:
         DirectoryStream child =
             DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
         if (!child.valid()) {
-            m_tally.countSkipped();
+            m_tally.countSkipped(*parent.folder, index, parent.chunk.name(entry), errno);
             return;
         }
         auto folder = std::make_shared<const WalkFolder>(

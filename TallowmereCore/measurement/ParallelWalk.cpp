@@ -1,6 +1,7 @@
 #include "measurement/ParallelWalk.h"
 
 #include <atomic>
+#include <cerrno>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
@@ -166,9 +167,11 @@ private:
             return true;
         }
         DirectoryStream opened = DirectoryStream::openChild(task.parent->fd(), task.name.c_str());
+        const int error = errno;
         task.parent.reset();
         if (!opened.valid()) {
-            tally.countSkipped();
+            // Counted as the entry of its parent, as a walk in order meets it.
+            tally.countSkipped(*task.folder, error);
             return false;
         }
         task.stream = std::make_shared<DirectoryStream>(std::move(opened));
@@ -180,7 +183,7 @@ private:
         DirectoryChunk& chunk = walker.chunk;
         if (!task.stream->readChunk(chunk, entriesPerTask, DirectoryStream::StatusReads::none)) {
             if (task.stream->readFailed()) {
-                tally.countSkipped();
+                tally.countSkipped(*task.folder, task.stream->readError());
             }
             return;
         }
@@ -193,7 +196,7 @@ private:
                    {},
                    task.firstIndex + static_cast<std::uint32_t>(entriesPerTask)});
         } else if (task.stream->readFailed()) {
-            tally.countSkipped();
+            tally.countSkipped(*task.folder, task.stream->readError());
         }
         const LocationScope& scope = *m_roots[task.root].scope;
         walker.pace.entered(scope.listIndex);
@@ -209,7 +212,9 @@ private:
             walker.pace.entryWalked();
             task.stream->completeStatus(chunk, entry);
             if (entry.statusFailed) {
-                tally.countSkipped();
+                tally.countSkipped(*task.folder,
+                                   task.firstIndex + static_cast<std::uint32_t>(position), name,
+                                   errno);
                 continue;
             }
             if (entry.status.kind == EntryKind::regularFile) {

@@ -7,6 +7,7 @@
 
 #include "measurement/FileEntry.h"
 #include "measurement/StorageLocation.h"
+#include "measurement/UnreadableFolder.h"
 #include "removal/StorageCleanupFile.h"
 
 namespace tallowmere {
@@ -25,6 +26,14 @@ struct StorageFinding {
     std::vector<StorageCleanupFile> cleanupFiles;
     std::vector<StorageCleanupFile> recentCleanupFiles;
     bool limited = false;
+    // Every file a review of the location could take one by one, not only those listed: without
+    // recent files, and with them.
+    std::int64_t cleanupFileCount = 0;
+    std::int64_t cleanupBytes = 0;
+    std::int64_t recentCleanupFileCount = 0;
+    std::int64_t recentCleanupBytes = 0;
+    // The first entries in walk order that could not be read (at most 5), and why.
+    std::vector<UnreadableFolder> unreadableEntries;
 
     std::string id() const { return url.native(); }
 };

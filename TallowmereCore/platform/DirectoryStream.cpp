@@ -76,6 +76,7 @@ bool DirectoryStream::nextRecord(const char*& name, unsigned char& type) {
         const long count = ::syscall(SYS_getdents64, m_fd.get(), m_buffer.get(), bufferBytes);
         if (count <= 0) {
             m_readFailed = count < 0;
+            m_readError = count < 0 ? errno : 0;
             m_ended = true;
             m_buffer.reset();
             m_filled = m_position = 0;

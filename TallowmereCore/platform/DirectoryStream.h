@@ -62,6 +62,8 @@ public:
     bool readChunk(DirectoryChunk& chunk, std::size_t limit, StatusReads statusReads,
                    const std::stop_token& stopToken = {});
     bool readFailed() const { return m_readFailed; }
+    // The errno value of the failed read.
+    int readError() const { return m_readError; }
 
     // Reads the status of `entry`, of a chunk this stream read, when its kind asks for one:
     // regular files for their sizes, entries of unknown kind for their kind. Sets
@@ -80,6 +82,7 @@ private:
     std::size_t m_position = 0;
     bool m_ended = false;
     bool m_readFailed = false;
+    int m_readError = 0;
 };
 
 }  // namespace tallowmere

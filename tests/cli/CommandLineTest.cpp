@@ -72,7 +72,12 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     EXPECT_THAT(keysOf(logs),
                 ElementsAre("owner", "category", "relativePath", "detail", "path", "allocatedBytes",
                             "logicalBytes", "fileCount", "skippedCount", "limited", "largestFiles",
-                            "oldLogs", "cleanupFiles", "recentCleanupFiles", "guidance"));
+                            "oldLogs", "cleanupFiles", "recentCleanupFiles", "guidance",
+                            "cleanupFileCount", "cleanupBytes", "recentCleanupFileCount",
+                            "recentCleanupBytes", "unreadableEntries"));
+    EXPECT_EQ(logs["cleanupFileCount"], 1);
+    EXPECT_EQ(logs["recentCleanupFileCount"], 1);
+    EXPECT_EQ(logs["unreadableEntries"], Json::array());
     EXPECT_EQ(logs["guidance"].dump(),
               R"({"group":"rebuildable","advice":"Remove if not troubleshooting","consequence":)"
               R"("Removes diagnostic records, including recent logs. Keep these while )"
@@ -268,6 +273,37 @@ TEST(CommandLine, UsageErrorsExitWithTwoAndHelpDescribesEverything) {
     for (const char* option : {"--json", "--track", "--max-entries", "--no-pause"}) {
         EXPECT_THAT(scanHelp.out, HasSubstr(option));
     }
+}
+
+TEST(CommandLine, ReportAndReviewAgreeOnWhatOneReviewTakes) {
+    TemporaryTree home;
+    const Date old = currentDate() - 20 * 86400;
+    for (int index = 0; index < 520; ++index) {
+        home.file(".cache/opencode/f" + std::to_string(index), 4096, old);
+    }
+    home.file(".cache/opencode/fresh", 8192);
+    home.file(".codex/config.toml", 10);
+    home.file(".codex/sessions/s.jsonl", 20000);
+    home.file(".codex/log/a.log", 30000);
+
+    const auto report = runCli({"scan"}, home.root());
+    ASSERT_EQ(report.exitCode, 0) << report.err;
+    EXPECT_THAT(report.out,
+                HasSubstr("  2.1 MB of cache and log files can be cleaned file by file; "
+                          "one review takes 500 of 520 eligible files (2 MB of 2.1 "
+                          "MB); review again for more. Recent files add 8 KB with "
+                          "--include-recent.\n"));
+    EXPECT_THAT(report.out, HasSubstr("~/.codex · 4 KB here · 53 KB in 2 folders listed "
+                                      "separately\n"));
+    EXPECT_THAT(report.out,
+                HasSubstr("  Recent cache and log files: 33 KB with --include-recent."));
+
+    const auto review =
+        runCli({"review", "--tool", "OpenCode", "--all", "--out", (home / "review.json").native()},
+               home.root());
+    ASSERT_EQ(review.exitCode, 0) << review.err;
+    EXPECT_THAT(review.out, HasSubstr("500 of 520 eligible files (2 MB of 2.1 MB); review again "
+                                      "for more\n"));
 }
 
 }  // namespace

@@ -118,6 +118,40 @@ TEST_F(RemovalCommands, TellsWhatATrashMoveCostsAndEscapesNames) {
     EXPECT_EQ(restored.err.find('\x1b'), std::string::npos);
 }
 
+TEST_F(RemovalCommands, EmptyTrashDeletesOnlyWhatTheUndoFileMoved) {
+    ASSERT_EQ(reviewAll().exitCode, 0);
+    const auto undo = review + ".undo.json";
+    ASSERT_EQ(runCli({"remove", review}, home.root()).exitCode, 0);
+    // Something else the person trashed, under a name the removal's items could have had.
+    home.file(".local/share/Trash/files/sessions.2/keep", 7);
+    home.file(".local/share/Trash/info/sessions.2.trashinfo", 40);
+
+    const auto unconfirmed = runCli({"empty-trash", undo}, home.root());
+    EXPECT_EQ(unconfirmed.exitCode, 1);
+    EXPECT_THAT(unconfirmed.err, HasSubstr("--yes"));
+    EXPECT_TRUE(presentAt(home / ".local/share/Trash/files/sessions/s1.json"));
+
+    const auto emptied = runCli({"empty-trash", undo, "--yes", "--json"}, home.root());
+    ASSERT_EQ(emptied.exitCode, 0) << emptied.err;
+    const Json result = Json::parse(emptied.out);
+    EXPECT_THAT(keysOf(result),
+                ElementsAre("deleted", "bytesFreed", "remaining", "errors", "notice", "error"));
+    EXPECT_EQ(result["deleted"], 2);
+    EXPECT_GT(result["bytesFreed"].get<std::int64_t>(), 0);
+    EXPECT_THAT(result["notice"].get<std::string>(),
+                ::testing::StartsWith("Deleted 2 items from the Trash for good, freeing "));
+    EXPECT_FALSE(presentAt(home / ".local/share/Trash/files/sessions"));
+    EXPECT_FALSE(presentAt(home / ".local/share/Trash/files/old.log"));
+    EXPECT_FALSE(presentAt(home / ".local/share/Trash/info/sessions.trashinfo"));
+    EXPECT_TRUE(presentAt(home / ".local/share/Trash/files/sessions.2/keep"));
+    EXPECT_TRUE(presentAt(home / ".local/share/Trash/info/sessions.2.trashinfo"));
+
+    const auto again = runCli({"restore", undo, "--json"}, home.root());
+    EXPECT_EQ(Json::parse(again.out)["restored"], 0);
+    EXPECT_EQ(runCli({"empty-trash", undo, "--yes"}, home.root()).err,
+              "The undo file holds no items, so nothing was deleted.\n");
+}
+
 TEST_F(RemovalCommands, RefusesDamagedFilesAndUnconfirmedDeletion) {
     ASSERT_EQ(reviewAll().exitCode, 0);
     std::string text;

@@ -111,8 +111,8 @@ TEST_F(TerminalUse, FollowsTheUsualConventions) {
         EXPECT_EQ(version.exitCode, 0);
         EXPECT_THAT(version.out, MatchesRegex("tallowmere-cli [0-9]+\\.[0-9]+\\.[0-9]+\n"));
     }
-    for (const char* command :
-         {"catalog", "locations", "scan", "summary", "review", "remove", "restore"}) {
+    for (const char* command : {"catalog", "locations", "scan", "summary", "review", "remove",
+                                "restore", "empty-trash"}) {
         const auto help = runCli({command, "--help"}, home.root());
         EXPECT_EQ(help.exitCode, 0) << command;
         EXPECT_THAT(help.out, HasSubstr(std::string("tallowmere-cli ") + command));
