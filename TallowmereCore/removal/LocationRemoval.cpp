@@ -4,6 +4,7 @@
 #include "platform/Deletion.h"
 #include "platform/Mounts.h"
 #include "platform/PathRules.h"
+#include "removal/CheckedDeletion.h"
 #include "removal/FolderCheck.h"
 #include "removal/ItemInHand.h"
 #include "removal/RemovalErrors.h"
@@ -23,12 +24,6 @@ std::set<std::string> outermostPaths(const std::vector<StorageLocationSnapshot>&
         paths.insert(folder.native());
     }
     return paths;
-}
-
-std::string keptText(std::size_t kept) {
-    return std::to_string(kept) + (kept == 1 ? " item was" : " items were") +
-           " added or changed while it was being deleted, so they were kept with the folders "
-           "that hold them.";
 }
 
 // Takes the reviewed folder from its place and checks the taken object against the review;
@@ -58,8 +53,9 @@ FolderRecords takeChecked(ItemInHand& item, const StorageLocationSnapshot& revie
 // Deletes what the check recorded and nothing else; what is left goes back to its place.
 void deleteChecked(ItemInHand& item, const StorageLocationSnapshot& reviewed,
                    const FolderRecords& records) {
-    const auto removable = [&records](std::string_view path, const EntryStatus& status) {
-        return records.contains(path, status);
+    RecordedItems recorded(records);
+    const auto removable = [&recorded](std::string_view path, const EntryStatus& status) {
+        return recorded.accept(path, status);
     };
     std::size_t kept = 0;
     try {

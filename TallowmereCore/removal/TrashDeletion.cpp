@@ -3,15 +3,14 @@
 #include <cerrno>
 #include <stdexcept>
 #include <string_view>
-#include <unordered_map>
 
 #include "platform/Deletion.h"
 #include "platform/EntryStatus.h"
-#include "platform/FileIdentity.h"
 #include "platform/FileSystemError.h"
 #include "platform/Mounts.h"
 #include "platform/PathRules.h"
 #include "platform/Trash.h"
+#include "removal/CheckedDeletion.h"
 #include "removal/FileTrash.h"
 #include "removal/FolderCheck.h"
 #include "removal/ItemInHand.h"
@@ -24,19 +23,6 @@ namespace {
 
 using Step = RemovalOptions::Step;
 
-// The space deleting the entry releases: a folder's own blocks, a file's only with its last
-// name, since another name keeps them in use.
-std::int64_t releasedBytes(const EntryStatus& status) {
-    const bool last = status.kind == EntryKind::directory || status.linkCount == 1;
-    return last ? status.allocatedBytes : 0;
-}
-
-std::string keptText(std::size_t kept) {
-    return std::to_string(kept) + (kept == 1 ? " item was" : " items were") +
-           " added or changed while it was being deleted, so they were kept with the folders "
-           "that hold them.";
-}
-
 std::int64_t deleteHeldFile(const TrashedStorageFile& item, const ItemInHand& held,
                             const RemovalOptions& options) {
     const EntryStatus status = held.heldStatus();
@@ -45,37 +31,6 @@ std::int64_t deleteHeldFile(const TrashedStorageFile& item, const ItemInHand& he
     held.deleteFile();
     return releasedBytes(status);
 }
-
-// Which items the deletion walk may take: those the check recorded, exactly as recorded.
-// Deleting one name of a file with several moves the file's change time, so its other names
-// are matched with the change time it was checked with.
-class RecordedItems {
-public:
-    explicit RecordedItems(const FolderRecords& records) : m_records(records) {}
-
-    bool accept(std::string_view path, const EntryStatus& status) {
-        EntryStatus asChecked = status;
-        if (const auto first = m_linked.find(status.identity); first != m_linked.end()) {
-            asChecked.statusChangedSeconds = first->second.statusChangedSeconds;
-            asChecked.statusChangedNanoseconds = first->second.statusChangedNanoseconds;
-        }
-        if (!m_records.contains(path, asChecked)) {
-            return false;
-        }
-        if (status.kind != EntryKind::directory && status.linkCount > 1) {
-            m_linked.emplace(status.identity, status);
-        }
-        m_released += releasedBytes(status);
-        return true;
-    }
-
-    std::int64_t released() const { return m_released; }
-
-private:
-    const FolderRecords& m_records;
-    std::unordered_map<FileIdentity, EntryStatus, FileIdentityHash> m_linked;
-    std::int64_t m_released = 0;
-};
 
 // Deletes the items the check of the held folder recorded and nothing else.
 std::int64_t deleteHeldFolder(const TrashedStorageFile& item, const ItemInHand& held,

@@ -66,6 +66,9 @@ TEST_F(LocationRemovalFixture, RemovesOnlyUnchangedOutermostFolders) {
 
 TEST_F(LocationRemovalFixture, DeletesPermanentlyWithoutUndo) {
     tree.file("home/.tool/a/b", 10);
+    // A file under two names inside the folder, as package stores keep them: deleting the
+    // first name must not make the second look changed.
+    tree.hardLink("home/.tool/a/b", "home/.tool/c/b-again");
     const auto result =
         StorageLocationTrash::remove({snapshotOf("home/.tool")}, StorageRemovalMethod::permanent);
     EXPECT_EQ(result.moved, 1);
