@@ -6,7 +6,8 @@ const char* const overviewHelp =
     R"(Usage: tallowmere-cli COMMAND [OPTIONS]
 
 Finds and measures the storage that AI tools keep in your home folder: command-line
-agents, AI code editors and their extensions, local model stores. Nothing is changed.
+agents, AI code editors and their extensions, local model stores. Only 'remove' and
+'empty-trash' change anything, and only what a review named.
 
 Commands:
   catalog    List every storage location Tallowmere knows.
