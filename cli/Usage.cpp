@@ -6,8 +6,8 @@ const char* const overviewHelp =
     R"(Usage: tallowmere-cli COMMAND [OPTIONS]
 
 Finds and measures the storage that AI tools keep in your home folder: command-line
-agents, AI code editors and their extensions, local model stores. Only 'remove' and
-'empty-trash' change anything, and only what a review named.
+agents, AI code editors and their extensions, local model stores. Only 'remove',
+'restore' and 'empty-trash' change anything: what a review or an undo file names.
 
 Commands:
   catalog    List every storage location Tallowmere knows.
