@@ -42,6 +42,25 @@ std::string drained(int terminal) {
 
 }  // namespace
 
+CliSetup inFolder(std::filesystem::path folder) {
+    CliSetup setup;
+    setup.workingFolder = std::move(folder);
+    return setup;
+}
+
+CliSetup writingTo(std::filesystem::path file) {
+    CliSetup setup;
+    setup.standardOutput = std::move(file);
+    return setup;
+}
+
+CliSetup onTerminal(CliSetup::Terminal terminal, unsigned short columns) {
+    CliSetup setup;
+    setup.terminal = terminal;
+    setup.columns = columns;
+    return setup;
+}
+
 CliRun runCli(const std::vector<std::string>& arguments, const std::filesystem::path& home,
               const CliSetup& setup) {
     TemporaryTree outputs;

@@ -23,6 +23,12 @@ struct CliSetup {
     unsigned short columns = 80;
 };
 
+// The setups the tests use: run in a folder, write standard output to a file, or show one
+// stream on a terminal of `columns` columns.
+CliSetup inFolder(std::filesystem::path folder);
+CliSetup writingTo(std::filesystem::path file);
+CliSetup onTerminal(CliSetup::Terminal terminal, unsigned short columns = 80);
+
 // Runs the built tallowmere-cli with `arguments`, HOME set to `home`, no XDG variables and no
 // input; collects its exit code and both output streams.
 CliRun runCli(const std::vector<std::string>& arguments, const std::filesystem::path& home,

@@ -55,7 +55,7 @@ TEST(CommandLine, ScanJsonFollowsTheContract) {
     home.file("work/custom/notes", 7);
 
     const auto run = runCli({"scan", "--json", "--no-pause", "--track", "./x/../custom/"},
-                            home.root(), {.workingFolder = home / "work"});
+                            home.root(), testing::inFolder(home / "work"));
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.err, "");
     const Json scan = parsedLine(run.out);

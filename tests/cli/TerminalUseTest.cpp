@@ -14,8 +14,10 @@ namespace {
 using testing::CliSetup;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using testing::onTerminal;
 using testing::runCli;
 using testing::TemporaryTree;
+using testing::writingTo;
 using Terminal = CliSetup::Terminal;
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -47,8 +49,7 @@ struct TerminalUse : ::testing::Test {
 };
 
 TEST_F(TerminalUse, ProgressIsDrawnInPlaceOnlyOnATerminal) {
-    const auto shown =
-        runCli({"scan"}, home.root(), {.terminal = Terminal::standardError, .columns = 34});
+    const auto shown = runCli({"scan"}, home.root(), onTerminal(Terminal::standardError, 34));
     ASSERT_EQ(shown.exitCode, 0);
     ASSERT_THAT(shown.err, MatchesRegex("(\r\x1b\\[K[^\r\x1b]*)+\r\x1b\\[K"));
     const std::regex clear("\r\x1b\\[K");
@@ -64,8 +65,7 @@ TEST_F(TerminalUse, ProgressIsDrawnInPlaceOnlyOnATerminal) {
     const auto piped = runCli({"scan"}, home.root());
     EXPECT_EQ(piped.exitCode, 0);
     EXPECT_EQ(piped.err, "");
-    EXPECT_EQ(runCli({"scan", "--json"}, home.root(), {.terminal = Terminal::standardError}).err,
-              "");
+    EXPECT_EQ(runCli({"scan", "--json"}, home.root(), onTerminal(Terminal::standardError)).err, "");
 }
 
 TEST_F(TerminalUse, ReportsWrapAtTheTerminalWithoutBreakingWords) {
@@ -76,8 +76,8 @@ TEST_F(TerminalUse, ReportsWrapAtTheTerminalWithoutBreakingWords) {
         lines, [](const std::string& line) { return TextRules::codePointCount(line) > 40; }));
 
     for (const unsigned short columns : {40, 100}) {
-        const auto shown = runCli({"scan"}, home.root(),
-                                  {.terminal = Terminal::standardOutput, .columns = columns});
+        const auto shown =
+            runCli({"scan"}, home.root(), onTerminal(Terminal::standardOutput, columns));
         ASSERT_EQ(shown.exitCode, 0);
         EXPECT_EQ(wordsOf(shown.out), wordsOf(piped.out));
         for (const auto& line : linesOf(shown.out)) {
@@ -97,7 +97,7 @@ TEST_F(TerminalUse, AFailedWriteOfTheOutputIsAnError) {
                                                                        {"--help"},
                                                                        {"--version"},
                                                                        {"help", "scan"}}) {
-        const auto run = runCli(arguments, home.root(), {.standardOutput = "/dev/full"});
+        const auto run = runCli(arguments, home.root(), writingTo("/dev/full"));
         EXPECT_EQ(run.exitCode, 1) << ::testing::PrintToString(arguments);
         EXPECT_EQ(run.err,
                   "tallowmere-cli: could not write to standard output: There isn’t enough space "
