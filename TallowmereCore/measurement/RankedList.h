@@ -19,6 +19,8 @@ struct Ranked {
 
 // The first `capacity` items in rank order of all that were offered, in whatever order they
 // were offered: two walks that offer the same items in different orders keep the same ones.
+// The items stay where they were put; the heap that ranks them holds only their sizes and
+// places, so keeping an item moves sixteen bytes rather than its strings.
 template <typename Item>
 class RankedList {
 public:
@@ -31,41 +33,91 @@ public:
         if (m_heap.size() < m_capacity) {
             return true;
         }
-        const Ranked<Item>& last = m_heap.front();
-        return size > last.size || (size == last.size && orderOf() < last.order);
+        const Key& last = m_heap.front();
+        return size > last.size || (size == last.size && orderOf() < m_items[last.slot].order);
     }
 
     void add(Ranked<Item> ranked) {
-        m_heap.push_back(std::move(ranked));
-        std::ranges::push_heap(m_heap, ranksBefore);
-        if (m_heap.size() > m_capacity) {
-            std::ranges::pop_heap(m_heap, ranksBefore);
-            m_heap.pop_back();
+        if (m_capacity == 0) {
+            return;
         }
+        if (m_heap.size() < m_capacity) {
+            m_heap.push_back({ranked.size, static_cast<std::uint32_t>(m_items.size())});
+            m_items.push_back(std::move(ranked));
+            std::ranges::push_heap(m_heap, ranksBefore());
+            return;
+        }
+        const Key last = m_heap.front();
+        if (!(ranked.size > last.size ||
+              (ranked.size == last.size && ranked.order < m_items[last.slot].order))) {
+            return;
+        }
+        // The new item takes the place of the one that ranks last.
+        std::ranges::pop_heap(m_heap, ranksBefore());
+        m_items[last.slot] = std::move(ranked);
+        m_heap.back() = {m_items[last.slot].size, last.slot};
+        std::ranges::push_heap(m_heap, ranksBefore());
     }
 
+    // Takes in `other`'s items, keeping the first `capacity` of both with one selection.
     void add(RankedList&& other) {
-        for (Ranked<Item>& ranked : other.m_heap) {
-            add(std::move(ranked));
+        for (const Key& key : other.m_heap) {
+            m_heap.push_back({key.size, static_cast<std::uint32_t>(m_items.size())});
+            m_items.push_back(std::move(other.m_items[key.slot]));
         }
         other.m_heap.clear();
+        other.m_items.clear();
+        if (m_heap.size() > m_capacity) {
+            const auto kept = m_heap.begin() + static_cast<std::ptrdiff_t>(m_capacity);
+            std::ranges::nth_element(m_heap, kept, ranksBefore());
+            m_heap.erase(kept, m_heap.end());
+            compact();
+        }
+        std::ranges::make_heap(m_heap, ranksBefore());
     }
 
     // The items kept, first in rank first.
     std::vector<Ranked<Item>> sorted() && {
-        std::ranges::sort_heap(m_heap, ranksBefore);
-        return std::move(m_heap);
+        std::ranges::sort(m_heap, ranksBefore());
+        std::vector<Ranked<Item>> items;
+        items.reserve(m_heap.size());
+        for (const Key& key : m_heap) {
+            items.push_back(std::move(m_items[key.slot]));
+        }
+        return items;
     }
 
 private:
-    static bool ranksBefore(const Ranked<Item>& first, const Ranked<Item>& second) {
-        return first.size > second.size ||
-               (first.size == second.size && first.order < second.order);
+    struct Key {
+        std::int64_t size = 0;
+        std::uint32_t slot = 0;  // in m_items
+    };
+
+    // Orders keys first in rank first: larger sizes, then earlier in walk order.
+    auto ranksBefore() const {
+        return [this](const Key& first, const Key& second) {
+            return first.size > second.size ||
+                   (first.size == second.size &&
+                    m_items[first.slot].order < m_items[second.slot].order);
+        };
+    }
+
+    // Drops the items no key points at, so the list holds no more than it keeps.
+    void compact() {
+        std::vector<Ranked<Item>> items;
+        items.reserve(m_heap.size());
+        for (Key& key : m_heap) {
+            items.push_back(std::move(m_items[key.slot]));
+            key.slot = static_cast<std::uint32_t>(items.size() - 1);
+        }
+        m_items = std::move(items);
     }
 
     std::size_t m_capacity;
-    // A heap whose top is the item that ranks last, the first to go when a better one comes.
-    std::vector<Ranked<Item>> m_heap;
+    std::vector<Ranked<Item>> m_items;
+    // A heap whose top is the key of the item that ranks last, the first to go when a better
+    // one comes.
+    std::vector<Key> m_heap;
 };
 
 }  // namespace tallowmere
