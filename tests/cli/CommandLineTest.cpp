@@ -1,5 +1,9 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
+#include <fstream>
 
 #include <nlohmann/json.hpp>
 
@@ -304,6 +308,32 @@ TEST(CommandLine, ReportAndReviewAgreeOnWhatOneReviewTakes) {
     ASSERT_EQ(review.exitCode, 0) << review.err;
     EXPECT_THAT(review.out, HasSubstr("500 of 520 eligible files (2 MB of 2.1 MB); review again "
                                       "for more\n"));
+}
+
+TEST(CommandLine, NamesWhatItCouldNotReadWithTheReason) {
+    TemporaryTree tree;
+    const auto home = tree.folder("work");
+    const auto result = testing::runUnprivileged(home, [&]() -> std::string {
+        if (::access(TALLOWMERE_CLI_PATH, X_OK) != 0) {
+            return "unreachable";
+        }
+        std::filesystem::create_directories(home / ".cache/opencode/locked");
+        std::ofstream(home / ".cache/opencode/visible") << "abc";
+        ::chmod((home / ".cache/opencode/locked").c_str(), 0);
+        const auto report = runCli({"scan"}, home);
+        const auto json = runCli({"scan", "--json"}, home);
+        ::chmod((home / ".cache/opencode/locked").c_str(), 0700);
+        return report.out + "\n" + parsedLine(json.out)["findings"][0]["unreadableEntries"].dump();
+    });
+    if (!result || *result == "unreachable") {
+        GTEST_SKIP() << "an unprivileged user cannot run the command line here";
+    }
+    EXPECT_THAT(*result, HasSubstr(" · 1 entry could not be read\n"));
+    EXPECT_THAT(*result,
+                HasSubstr("Not read: ~/.cache/opencode/locked — You don’t have permission to "
+                          "access it.\n"));
+    EXPECT_THAT(*result, HasSubstr(R"([{"path":")" + (home / ".cache/opencode/locked").native() +
+                                   R"(","reason":"You don’t have permission to access it."}])"));
 }
 
 }  // namespace
