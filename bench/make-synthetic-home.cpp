@@ -7,15 +7,23 @@
 #include <string>
 #include <string_view>
 
+#include "ScaleShapes.h"
 #include "SyntheticHome.h"
 
 namespace {
 
-constexpr std::string_view usage = "usage: make-synthetic-home --files N [--seed S] DIRECTORY\n";
+constexpr std::string_view usage =
+    "usage: make-synthetic-home --files N [--seed S] [--shape mixed|linked|wide|deep] "
+    "DIRECTORY\n"
+    "  mixed   files spread over the catalog's locations (the default)\n"
+    "  linked  the same, each file with a second name beside it\n"
+    "  wide    one cache folder of N files\n"
+    "  deep    a chain N folders deep, one file in each\n";
 
 struct Request {
     std::int64_t files = -1;
     std::uint64_t seed = 1;
+    std::string shape = "mixed";
     std::string directory;
 };
 
@@ -39,6 +47,12 @@ Request requestFrom(int argc, char** argv) {
             request.files = numberFrom<std::int64_t>(argument, argv[++index]);
         } else if (argument == "--seed" && hasValue) {
             request.seed = numberFrom<std::uint64_t>(argument, argv[++index]);
+        } else if (argument == "--shape" && hasValue) {
+            request.shape = argv[++index];
+            if (request.shape != "mixed" && request.shape != "linked" && request.shape != "wide" &&
+                request.shape != "deep") {
+                throw std::invalid_argument("unknown shape '" + request.shape + "'");
+            }
         } else if (!argument.starts_with("--") && request.directory.empty()) {
             request.directory = argument;
         } else {
@@ -62,8 +76,12 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        const auto made =
-            tallowmere::bench::makeSyntheticHome(request->directory, request->files, request->seed);
+        using namespace tallowmere::bench;
+        const auto& [files, seed, shape, directory] = *request;
+        const auto made = shape == "linked" ? makeLinkedHome(directory, files, seed)
+                          : shape == "wide" ? makeWideHome(directory, files)
+                          : shape == "deep" ? makeDeepHome(directory, files)
+                                            : makeSyntheticHome(directory, files, seed);
         std::printf(
             "%s: %lld files, %lld folders, %lld hard links, %lld symbolic links, %lld bytes\n",
             request->directory.c_str(), static_cast<long long>(made.files),
