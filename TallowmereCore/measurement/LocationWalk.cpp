@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,20 @@ namespace tallowmere {
 namespace {
 
 constexpr std::size_t entriesPerRead = 1024;
+// Folders the walk keeps open at once, whatever the depth: deeper down, the shallowest open one
+// is parked (its listing read to the end, its descriptor closed) and opened again through ".."
+// when the walk comes back to it, so that a tree of any depth fits a small open-file limit.
+constexpr std::size_t openFoldersAtMost = 16;
+
+// `more` appended to `chunk`, its names moved with it.
+void append(DirectoryChunk& chunk, const DirectoryChunk& more) {
+    const auto offset = static_cast<std::uint32_t>(chunk.names.size());
+    chunk.names += more.names;
+    for (DirectoryEntry entry : more.entries) {
+        entry.nameOffset += offset;
+        chunk.entries.push_back(entry);
+    }
+}
 
 class LocationWalk {
 public:
@@ -37,16 +52,22 @@ public:
 private:
     struct Level {
         std::shared_ptr<const WalkFolder> folder;
-        DirectoryStream stream;
+        DirectoryStream stream;  // closed while parked
         DirectoryChunk chunk;
         std::size_t next = 0;
         std::uint32_t chunkIndex = 0;  // the listing index of the chunk's first entry
+        bool listed = false;           // the rest of the listing is all in `chunk`
+        FileIdentity identity;         // to know the folder again when it is opened anew
     };
 
     // Takes up the next entry of the innermost open folder; false when the limit is passed.
     bool step() {
         Level& level = m_stack.back();
         if (level.next == level.chunk.entries.size()) {
+            if (level.listed) {
+                pop();
+                return true;
+            }
             level.chunkIndex += static_cast<std::uint32_t>(level.chunk.entries.size());
             level.next = 0;
             if (!level.stream.readChunk(level.chunk, entriesPerRead,
@@ -54,7 +75,7 @@ private:
                 if (level.stream.readFailed()) {
                     m_tally.countSkipped(*level.folder, level.stream.readError());
                 }
-                m_stack.pop_back();
+                pop();
                 return true;
             }
         }
@@ -102,10 +123,61 @@ private:
     }
 
     void push(std::shared_ptr<const WalkFolder> folder, DirectoryStream stream) {
+        if (m_open == openFoldersAtMost) {
+            park(*std::ranges::find_if(m_stack,
+                                       [](const Level& level) { return level.stream.valid(); }));
+        }
         Level level;
         level.folder = std::move(folder);
         level.stream = std::move(stream);
         m_stack.push_back(std::move(level));
+        ++m_open;
+    }
+
+    // Reads the rest of the folder's listing and closes it.
+    void park(Level& level) {
+        if (!level.listed) {
+            DirectoryChunk more;
+            while (
+                level.stream.readChunk(more, entriesPerRead, DirectoryStream::StatusReads::none)) {
+                append(level.chunk, more);
+            }
+            if (level.stream.readFailed()) {
+                m_tally.countSkipped(*level.folder, level.stream.readError());
+            }
+            level.listed = true;
+        }
+        EntryStatus status;
+        if (readEntryStatus(level.stream.fd(), "", status)) {
+            level.identity = status.identity;
+        }
+        level.stream = DirectoryStream();
+        --m_open;
+    }
+
+    // Leaves the innermost folder; a parked folder it returns to is opened again from it,
+    // through "..", and only if it is still the folder it was.
+    void pop() {
+        Level finished = std::move(m_stack.back());
+        m_stack.pop_back();
+        --m_open;
+        if (m_stack.empty() || m_stack.back().stream.valid()) {
+            return;
+        }
+        Level& parent = m_stack.back();
+        DirectoryStream reopened = finished.stream.valid()
+                                       ? DirectoryStream::openChild(finished.stream.fd(), "..")
+                                       : DirectoryStream();
+        EntryStatus status;
+        if (reopened.valid() && readEntryStatus(reopened.fd(), "", status) &&
+            status.identity == parent.identity) {
+            parent.stream = std::move(reopened);
+            ++m_open;
+            return;
+        }
+        // Moved away meanwhile: what is left of it cannot be walked as it was.
+        m_tally.countSkipped(*parent.folder, ENOENT);
+        parent.next = parent.chunk.entries.size();
     }
 
     void countOnce(const WalkFolder& folder, std::uint32_t index, std::string_view name,
@@ -123,6 +195,7 @@ private:
     WalkPace m_pace;
     std::int64_t m_entries = 0;
     std::vector<Level> m_stack;
+    std::size_t m_open = 0;  // levels whose folder is open
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -347,6 +348,38 @@ TEST(AIStorageScanner, CollectsOldLogsAndCleanupFiles) {
     EXPECT_EQ(cache.fileCount, 5);
 }
 
+TEST(AIStorageScanner, WalksAnyDepthInOrderWithFewDescriptors) {
+    TemporaryTree tree;
+    std::string folder = ".deep";
+    for (int level = 0; level < 200; ++level) {
+        tree.file(folder + "/f", 1000 + level);
+        if (level == 40) {
+            // Met after the chain below it, so the walk must come back to a folder it parked.
+            tree.file(folder + "/z/after-1", 7);
+            tree.file(folder + "/z/after-2", 7);
+        }
+        folder += "/d";
+    }
+    const auto wanted = scanOf(tree, {location(".deep")});
+
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit small{40, limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &small), 0);
+    auto options = withoutPauses();
+    options.threads = 1;
+    const auto inOrder =
+        AIStorageScanner::scan(tree.root(), {location(".deep")}, 100000, {}, options);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+
+    const auto& finding = inOrder.findings.at(0);
+    EXPECT_EQ(finding.fileCount, 202);
+    EXPECT_EQ(finding.skippedCount, 0);
+    EXPECT_FALSE(finding.limited);
+    EXPECT_EQ(finding.allocatedBytes, wanted.findings.at(0).allocatedBytes);
+    EXPECT_EQ(namesOf(finding.largestFiles), namesOf(wanted.findings.at(0).largestFiles));
+}
+
 TEST(AIStorageScanner, ReportsAnyFileNameExactly) {
     TemporaryTree tree;
     const std::string odd = "line\nbreak \xff\xfe caf\xc3\xa9";
@@ -407,19 +440,18 @@ TEST(AIStorageScanner, CountsWhatCannotBeReadAsSkipped) {
         for (const auto& [threads, limit] : {std::pair{1, 100}, {2, 100}, {2, 2}}) {
             auto options = withoutPauses();
             options.threads = static_cast<std::size_t>(threads);
-            const auto scan = AIStorageScanner::scan(
-                work, {location(".tool"), location(".closed")}, limit, {}, options);
+            const auto scan = AIStorageScanner::scan(work, {location(".tool"), location(".closed")},
+                                                     limit, {}, options);
             const auto& unreadable = scan.findings[0].unreadableEntries;
-            answers += std::to_string(scan.findings.size()) + " " +
-                       std::to_string(scan.findings[0].fileCount) + " " +
-                       std::to_string(scan.findings[0].skippedCount) + " " +
-                       std::to_string(scan.unreadableLocations) + " " +
-                       std::to_string(scan.incomplete()) + " " +
-                       scan.unreadableFolders.at(0).path.filename().native() + ": " +
-                       scan.unreadableFolders.at(0).reason + " | " +
-                       std::to_string(unreadable.size()) + " " +
-                       unreadable.at(0).path.lexically_relative(work).native() + ": " +
-                       unreadable.at(0).reason + "\n";
+            answers +=
+                std::to_string(scan.findings.size()) + " " +
+                std::to_string(scan.findings[0].fileCount) + " " +
+                std::to_string(scan.findings[0].skippedCount) + " " +
+                std::to_string(scan.unreadableLocations) + " " + std::to_string(scan.incomplete()) +
+                " " + scan.unreadableFolders.at(0).path.filename().native() + ": " +
+                scan.unreadableFolders.at(0).reason + " | " + std::to_string(unreadable.size()) +
+                " " + unreadable.at(0).path.lexically_relative(work).native() + ": " +
+                unreadable.at(0).reason + "\n";
         }
         return answers;
     });

@@ -80,6 +80,20 @@ std::vector<StorageLocation> randomHome(const TemporaryTree& tree, std::mt19937&
             tree.symlink("../" + path, folder + "/sym" + std::to_string(index));
         }
     }
+    if (random() % 2 == 0) {
+        // A chain deeper than the walk in order keeps folders open, with a folder met after it.
+        std::string chain = ".a/chain";
+        const int depth = std::uniform_int_distribution<int>(20, 60)(random);
+        for (int level = 0; level < depth; ++level) {
+            tree.file(chain + "/" + names[random() % names.size()],
+                      static_cast<std::int64_t>(random() % 4) * 1000,
+                      currentDate() - (random() % 20) * day);
+            if (level % 7 == 3) {
+                tree.file(chain + "/z/later", 1000);
+            }
+            chain += "/d";
+        }
+    }
     if (random() % 3 == 0) {
         // A folder wider than one listing chunk.
         for (int index = 0; index < 2500; ++index) {
