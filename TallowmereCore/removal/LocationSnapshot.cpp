@@ -12,6 +12,7 @@
 #include "platform/DirectoryStream.h"
 #include "platform/EntryStatus.h"
 #include "platform/FileSystemError.h"
+#include "platform/FolderStack.h"
 #include "platform/Mounts.h"
 #include "platform/PathRules.h"
 #include "removal/BroadLocation.h"
@@ -43,7 +44,7 @@ public:
     }
 
     FolderRecords run(DirectoryStream folder) && {
-        push(std::move(folder));
+        m_stack.push(0, std::move(folder));
         while (!m_stack.empty()) {
             step();
         }
@@ -52,33 +53,29 @@ public:
     }
 
 private:
-    struct Folder {
-        DirectoryStream stream;
-        DirectoryChunk chunk;
-        std::size_t next = 0;
-        std::size_t pathLength = 0;
-    };
+    // Each folder keeps the length of its relative path.
+    using Stack = FolderStack<std::size_t>;
 
     void step() {
-        Folder& folder = m_stack.back();
-        if (folder.next == folder.chunk.entries.size()) {
-            // No status reads for entries past the limit: the walk fails on the first of them.
-            const auto budget = static_cast<std::size_t>(std::clamp<std::int64_t>(
-                m_maxEntries - m_itemCount + 1, 1, static_cast<std::int64_t>(chunkSize)));
-            folder.next = 0;
-            if (!folder.stream.readChunk(folder.chunk, budget,
-                                         DirectoryStream::StatusReads::everything)) {
-                if (folder.stream.readFailed()) {
+        // No status reads for entries past the limit: the walk fails on the first of them.
+        const auto budget = static_cast<std::size_t>(std::clamp<std::int64_t>(
+            m_maxEntries - m_itemCount + 1, 1, static_cast<std::int64_t>(chunkSize)));
+        switch (m_stack.advance(budget)) {
+            case Stack::Next::entry:
+                break;
+            case Stack::Next::failed:
+                fail(ReviewError::Kind::unavailable);
+            case Stack::Next::finished:
+                if (!m_stack.pop()) {
                     fail(ReviewError::Kind::unavailable);
                 }
-                m_stack.pop_back();
                 return;
-            }
         }
+        Stack::Level& folder = m_stack.top();
         visit(folder, folder.chunk.entries[folder.next++]);
     }
 
-    void visit(Folder& folder, const DirectoryEntry& entry) {
+    void visit(Stack::Level& folder, const DirectoryEntry& entry) {
         if (m_options.stopToken.stop_requested()) {
             throw ScanCancelled();
         }
@@ -95,7 +92,7 @@ private:
         if (!sameMount(status, m_folderStatus)) {
             fail(ReviewError::Kind::unavailable);
         }
-        m_path.resize(folder.pathLength);
+        m_path.resize(folder.place);
         if (!m_path.empty()) {
             m_path += '/';
         }
@@ -106,20 +103,13 @@ private:
         }
     }
 
-    void descend(const Folder& parent, const DirectoryEntry& entry) {
+    void descend(const Stack::Level& parent, const DirectoryEntry& entry) {
         DirectoryStream child =
             DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
         if (!child.valid()) {
             fail(ReviewError::Kind::unavailable);
         }
-        push(std::move(child));  // invalidates `parent` and `entry`
-    }
-
-    void push(DirectoryStream stream) {
-        Folder folder;
-        folder.stream = std::move(stream);
-        folder.pathLength = m_path.size();
-        m_stack.push_back(std::move(folder));
+        m_stack.push(m_path.size(), std::move(child));  // invalidates `parent` and `entry`
     }
 
     void record(std::string_view relativePath, const EntryStatus& status) {
@@ -135,7 +125,7 @@ private:
     FolderRecords m_records;
     std::int64_t m_itemCount = 0;
     std::string m_path;  // relative path of the item being visited
-    std::vector<Folder> m_stack;
+    Stack m_stack{DirectoryStream::StatusReads::everything};
 };
 
 // The folder's own status, once it is known to be a plain folder that is not a mount point.

@@ -2,6 +2,7 @@
 #include <openssl/evp.h>
 #include <pwd.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -199,6 +200,28 @@ TEST(LocationSnapshot, StopsAfterMaxEntriesItems) {
     tree.file("f/a/b/e");
     EXPECT_EQ(outcome(tree / "f", 5), "limit");
     EXPECT_EQ(outcome(tree / "f", 6), "ok");
+}
+
+TEST(LocationSnapshot, RecordsAnyDepthWithFewDescriptors) {
+    TemporaryTree tree;
+    std::string folder = "f";
+    for (int level = 0; level < 200; ++level) {
+        tree.file(folder + "/a");
+        if (level == 30) {
+            tree.file(folder + "/z/after");  // met after the chain below it
+        }
+        folder += "/d";
+    }
+    const auto wanted = fingerprintOf(tree / "f");
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit small{40, limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &small), 0);
+    const auto outcomeThere = outcome(tree / "f", 100000);
+    const auto fingerprint = outcomeThere == "ok" ? fingerprintOf(tree / "f") : "";
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(outcomeThere, "ok");
+    EXPECT_EQ(fingerprint, wanted);
 }
 
 TEST(LocationSnapshot, FingerprintChangesWithAnyChangeBelowTheFolder) {
