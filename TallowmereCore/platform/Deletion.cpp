@@ -20,6 +20,10 @@ namespace tallowmere::Deletion {
 namespace {
 
 constexpr std::size_t entriesPerRead = 4096;
+// Folders the walk keeps open at once, whatever the depth: deeper down, the outermost open one
+// is closed (its listing is already in memory) and opened again through ".." from the folder
+// below when the walk comes back to it, so that any depth fits a small open-file limit.
+constexpr std::size_t openFoldersAtMost = 16;
 
 // One open folder of the walk and what is left to remove in it.
 struct Level {
@@ -157,14 +161,48 @@ private:
         if (const int error = readEntries(level)) {
             fail(name, error);
         }
+        if (m_open == openFoldersAtMost) {
+            // Its listing is read: only its descriptor is given up, until the walk is back.
+            for (Level& outer : m_levels) {
+                if (outer.fd.valid()) {
+                    outer.fd = FileDescriptor();
+                    --m_open;
+                    break;
+                }
+            }
+        }
         m_levels.push_back(std::move(level));
+        ++m_open;
+    }
+
+    // Opens the closed folder the walk comes back to through ".." of the one it leaves, only
+    // if it is still the folder it was; otherwise nothing more of it is removed.
+    void reopenFrom(const Level& child) {
+        Level& parent = m_levels.back();
+        FileDescriptor reopened = openFolderAt(child.fd.get(), "..", O_RDONLY);
+        EntryStatus status;
+        if (reopened.valid() && readEntryStatus(reopened.get(), "", status) &&
+            status.identity == parent.status.identity && sameMount(status, parent.status)) {
+            parent.fd = std::move(reopened);
+            ++m_open;
+            return;
+        }
+        fail(parent.name, ESTALE, "It was moved while it was being removed, so it was skipped.");
+        parent.next = parent.entries.size();
     }
 
     void leave() {
-        const Level done = std::move(m_levels.back());
+        Level done = std::move(m_levels.back());
         m_levels.pop_back();
+        --m_open;
+        if (!m_levels.empty() && !m_levels.back().fd.valid()) {
+            reopenFrom(done);
+        }
         if (m_kept != done.keptBefore || m_failures.count() != done.failuresBefore) {
             return;  // not empty, and already accounted for
+        }
+        if (!m_levels.empty() && !m_levels.back().fd.valid()) {
+            return;  // its folder is gone from under it; reported there
         }
         const int parentFd = m_levels.empty() ? m_topParentFd : m_levels.back().fd.get();
         if (::unlinkat(parentFd, done.name.c_str(), AT_REMOVEDIR) == 0 || errno == ENOENT) {
@@ -200,6 +238,7 @@ private:
     const Removable& m_removable;
     const BeforeOpen& m_beforeOpen;
     std::vector<Level> m_levels;
+    std::size_t m_open = 0;  // levels whose folder is open
     Failures m_failures;
     std::size_t m_kept = 0;
 };

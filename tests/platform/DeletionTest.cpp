@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -80,11 +81,12 @@ std::size_t removeFolder(const fs::path& folder, const Deletion::BeforeOpen& bef
     return Deletion::removeFolderAt(parent.get(), folder.filename(), seen, everything, beforeOpen);
 }
 
-// Nests 25 folders of 200-byte names below `folder`, a file in each: deeper than PATH_MAX.
-void makeDeepChain(const fs::path& folder) {
+// Nests `depth` folders of 200-byte names below `folder`, a file in each: 25 are deeper than
+// PATH_MAX.
+void makeDeepChain(const fs::path& folder, int depth = 25) {
     const std::string longName(200, 'n');
     int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    for (int level = 0; level < 25; ++level) {
+    for (int level = 0; level < depth; ++level) {
         ::close(::openat(fd, "file", O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
         ::mkdirat(fd, longName.c_str(), 0700);
         const int next = ::openat(fd, longName.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -110,6 +112,25 @@ TEST(Deletion, RemovesAWholeTreeWithoutFollowingLinks) {
 
     EXPECT_FALSE(fs::exists(fs::symlink_status(tree / "doomed")));
     EXPECT_EQ(contentOf(victim), victimContent);
+}
+
+TEST(Deletion, RemovesAnyDepthWithFewDescriptors) {
+    TemporaryTree tree;
+    makeDeepChain(tree.folder("doomed"), 300);
+    tree.file("doomed/later/file");  // its listing may come after the chain's
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit small{40, limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &small), 0);
+    std::string failure;
+    try {
+        removeFolder(tree / "doomed");
+    } catch (const FileSystemError& error) {
+        failure = error.what();
+    }
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(failure, "");
+    EXPECT_FALSE(fs::exists(fs::symlink_status(tree / "doomed")));
 }
 
 TEST(Deletion, RefusesWhatIsNotARealFolderAndRemovesFilesWithoutFollowing) {
