@@ -16,6 +16,7 @@
 #include "removal/ItemInHand.h"
 #include "removal/RemovalErrors.h"
 #include "removal/RemovalScope.h"
+#include "removal/TrashedItems.h"
 
 namespace tallowmere::AIStorageCleanup {
 
@@ -97,11 +98,7 @@ FileIdentity checkedInTrash(const TrashedStorageFile& item, const Trash::Trashed
 }
 
 void restoreOne(const TrashedStorageFile& item, const RemovalOptions& options) {
-    if (!isStandardAbsolutePath(item.original.url) || !isStandardAbsolutePath(item.trashURL)) {
-        throw FileSystemError(EINVAL,
-                              "Its undo record names a path that is not absolute and "
-                              "standardised, so it was not used.");
-    }
+    checkRecordedPaths(item);
     const std::filesystem::path target = item.original.url;
     const Trash::TrashedItem trashed = Trash::find(item.trashURL, target);
     const FileDescriptor folder = openFormerFolder(target.parent_path());
@@ -157,22 +154,11 @@ StorageCleanupResult moveToTrash(const std::vector<StorageCleanupFile>& files,
 StorageRestoreResult restore(const std::vector<TrashedStorageFile>& items,
                              const RemovalOptions& options) {
     StorageRestoreResult result;
-    for (const auto& item : items) {
-        if (options.stopToken.stop_requested()) {
-            result.remaining.push_back(item);
-            continue;
-        }
-        try {
-            restoreOne(item, options);
-            ++result.restored;
-        } catch (const Trash::NoLongerInTrash& gone) {
-            // Not kept for a later attempt: there is nothing left to bring back.
-            result.errors.push_back(errorText(item.original.url, gone));
-        } catch (const std::exception& error) {
-            result.remaining.push_back(item);
-            result.errors.push_back(errorText(item.original.url, error));
-        }
-    }
+    forEachTrashedItem(items, options, result.remaining, result.errors,
+                       [&](const TrashedStorageFile& item) {
+                           restoreOne(item, options);
+                           ++result.restored;
+                       });
     return result;
 }
 

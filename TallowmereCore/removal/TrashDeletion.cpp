@@ -1,21 +1,18 @@
 #include "removal/TrashDeletion.h"
 
-#include <cerrno>
 #include <stdexcept>
 #include <string_view>
 
 #include "platform/Deletion.h"
 #include "platform/EntryStatus.h"
-#include "platform/FileSystemError.h"
 #include "platform/Mounts.h"
-#include "platform/PathRules.h"
 #include "platform/Trash.h"
 #include "removal/CheckedDeletion.h"
 #include "removal/FileTrash.h"
 #include "removal/FolderCheck.h"
 #include "removal/ItemInHand.h"
 #include "removal/RemovalErrors.h"
-#include "removal/RemovalScope.h"
+#include "removal/TrashedItems.h"
 
 namespace tallowmere::AIStorageCleanup {
 
@@ -59,11 +56,7 @@ std::int64_t deleteHeldFolder(const TrashedStorageFile& item, const ItemInHand& 
 
 void deleteOne(const TrashedStorageFile& item, const RemovalOptions& options,
                StorageTrashDeletionResult& result) {
-    if (!isStandardAbsolutePath(item.original.url) || !isStandardAbsolutePath(item.trashURL)) {
-        throw FileSystemError(EINVAL,
-                              "Its undo record names a path that is not absolute and "
-                              "standardised, so it was not used.");
-    }
+    checkRecordedPaths(item);
     const Trash::TrashedItem trashed =
         Trash::find(item.trashURL, item.original.url, Trash::Purpose::deletion);
     ItemInHand held = ItemInHand::inTrash(trashed);
@@ -89,23 +82,8 @@ void deleteOne(const TrashedStorageFile& item, const RemovalOptions& options,
 StorageTrashDeletionResult deleteFromTrash(const std::vector<TrashedStorageFile>& items,
                                            const RemovalOptions& options) {
     StorageTrashDeletionResult result;
-    for (const auto& item : items) {
-        if (options.stopToken.stop_requested()) {
-            result.remaining.push_back(item);
-            continue;
-        }
-        try {
-            deleteOne(item, options, result);
-        } catch (const Trash::NoLongerInTrash& gone) {
-            // Nothing is left to delete, now or later.
-            result.errors.push_back(PathRules::lastComponent(item.original.url) + ": " +
-                                    gone.what());
-        } catch (const std::exception& error) {
-            result.remaining.push_back(item);
-            result.errors.push_back(PathRules::lastComponent(item.original.url) + ": " +
-                                    error.what());
-        }
-    }
+    forEachTrashedItem(items, options, result.remaining, result.errors,
+                       [&](const TrashedStorageFile& item) { deleteOne(item, options, result); });
     return result;
 }
 
