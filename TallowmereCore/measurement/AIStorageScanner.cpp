@@ -63,13 +63,13 @@ private:
     std::chrono::steady_clock::time_point m_lastReport;
 };
 
-// A location to measure, in list order, once its folder has been looked at.
+// A location to measure, in list order, once its folder has been looked at. Its folder is
+// opened again when its walk starts, so that only the folders being walked are open.
 struct OpenedLocation {
     std::filesystem::path folder;
     LocationFolder::State state = LocationFolder::State::unreadable;
     std::string reason;                    // why it is unreadable
-    std::unique_ptr<LocationScope> scope;  // set when the folder is open, as is `stream`
-    DirectoryStream stream;
+    std::unique_ptr<LocationScope> scope;  // set when the folder could be opened
 };
 
 std::size_t threadCount(const ScanOptions& options) {
@@ -122,12 +122,11 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
             !openedFolders.insert(found.status.identity).second) {
             continue;
         }
-        OpenedLocation location{folder, found.state, std::move(found.reason), nullptr, {}};
+        OpenedLocation location{folder, found.state, std::move(found.reason), nullptr};
         if (found.state == LocationFolder::State::open) {
             location.scope = std::make_unique<LocationScope>(
                 LocationScope{locations[index], folder, found.status,
                               foldersInside(folder.native(), folders), now, index});
-            location.stream = std::move(found.stream);
         }
         opened.push_back(std::move(location));
     }
@@ -145,10 +144,10 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
                                 options.meter};
     auto opened = openLocations(home, locations, now, options);
     StorageScan result;
-    std::vector<OpenedLocation*> measured;
+    std::vector<const LocationScope*> measured;
     for (auto& location : opened) {
         if (location.scope) {
-            measured.push_back(&location);
+            measured.push_back(location.scope.get());
         } else if (location.state == LocationFolder::State::absent) {
             ++result.absentLocations;
         } else {
@@ -164,24 +163,16 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
     };
     const std::size_t threads = threadCount(options);
     if (threads == 1) {
-        for (OpenedLocation* location : measured) {
+        for (const LocationScope* scope : measured) {
             settings.throwIfStopped();
-            add(walkLocation(*location->scope, std::move(location->stream), counted, settings));
+            add(walkLocation(*scope, counted, settings));
         }
     } else {
-        std::vector<WalkRoot> roots;
-        for (OpenedLocation* location : measured) {
-            // A second reading of the folder, so the first stays unread for a walk in order.
-            roots.push_back(
-                {location->scope.get(), DirectoryStream::openChild(location->stream.fd(), ".")});
-        }
-        walkInParallel(std::move(roots), threads, settings,
+        walkInParallel(measured, threads, settings,
                        [&](std::size_t root, LocationTally&& tally, bool overLimit) {
-                           OpenedLocation& location = *measured[root];
                            if (overLimit) {
                                // Only a walk in order knows which entries come first.
-                               add(walkLocation(*location.scope, std::move(location.stream),
-                                                counted, settings));
+                               add(walkLocation(*measured[root], counted, settings));
                                return;
                            }
                            tally.countLinkedFiles(counted);

@@ -7,6 +7,7 @@
 #include "measurement/Date.h"
 #include "measurement/StorageLocation.h"
 #include "measurement/WalkFolder.h"
+#include "platform/DirectoryStream.h"
 #include "platform/EntryStatus.h"
 #include "platform/FilePath.h"
 
@@ -33,5 +34,15 @@ struct LocationScope {
     }
     WalkFolder rootFolder() const;
 };
+
+// A location's folder opened for its walk, or why it could not be.
+struct OpenedFolder {
+    DirectoryStream stream;
+    std::string reason;  // when `stream` is not valid
+};
+
+// Opens the location's folder again as its walk starts, so that a scan of many locations holds
+// few open, and gives it only if it is still the folder the scan first looked at.
+OpenedFolder openForWalk(const LocationScope& scope);
 
 }  // namespace tallowmere

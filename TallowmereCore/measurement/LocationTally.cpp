@@ -167,10 +167,14 @@ void LocationTally::countSkipped(const WalkFolder& folder, std::uint32_t index,
 }
 
 void LocationTally::countSkipped(const WalkFolder& folder, int error) {
+    countSkipped(folder, describeErrno(error));
+}
+
+void LocationTally::countSkipped(const WalkFolder& folder, std::string reason) {
     ++m_skippedCount;
     const auto orderOf = [&folder]() -> const std::string& { return folder.order; };
     if (m_unreadable.admits(0, orderOf)) {
-        m_unreadable.add({0, folder.order, {folder.path, describeErrno(error)}});
+        m_unreadable.add({0, folder.order, {folder.path, std::move(reason)}});
     }
 }
 

@@ -38,6 +38,8 @@ public:
                       int error);
     // The folder itself, whose listing could not be read on for `error`.
     void countSkipped(const WalkFolder& folder, int error);
+    // The folder itself, which could not be read for `reason`, one sentence.
+    void countSkipped(const WalkFolder& folder, std::string reason);
 
     void add(LocationTally&& other);
 

@@ -25,8 +25,14 @@ public:
         m_pace.entered(scope.listIndex);
     }
 
-    StorageFinding run(DirectoryStream root) {
-        m_stack.push(std::make_shared<const WalkFolder>(m_scope.rootFolder()), std::move(root));
+    StorageFinding run() {
+        auto root = std::make_shared<const WalkFolder>(m_scope.rootFolder());
+        OpenedFolder opened = openForWalk(m_scope);
+        if (!opened.stream.valid()) {
+            m_tally.countSkipped(*root, std::move(opened.reason));
+            return std::move(m_tally).finding(false);
+        }
+        m_stack.push(std::move(root), std::move(opened.stream));
         while (!m_stack.empty()) {
             if (!step()) {
                 return std::move(m_tally).finding(true);
@@ -120,10 +126,10 @@ private:
 
 }  // namespace
 
-StorageFinding walkLocation(const LocationScope& scope, DirectoryStream folder,
-                            CountedIdentities& counted, const WalkSettings& settings) {
+StorageFinding walkLocation(const LocationScope& scope, CountedIdentities& counted,
+                            const WalkSettings& settings) {
     LocationWalk walk(scope, counted, settings);
-    return walk.run(std::move(folder));
+    return walk.run();
 }
 
 }  // namespace tallowmere

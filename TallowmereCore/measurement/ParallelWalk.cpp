@@ -21,7 +21,8 @@ struct FolderTask {
     std::size_t root = 0;
     std::shared_ptr<const WalkFolder> folder;
     std::shared_ptr<DirectoryStream> stream;  // once the folder is open
-    // Until then, the folder that holds it, kept open so it is opened relative to it.
+    // Until then, the folder that holds it, kept open so it is opened relative to it; none
+    // for a location's own folder.
     std::shared_ptr<const DirectoryStream> parent;
     std::string name;
     std::uint32_t firstIndex = 0;  // the listing index of the part's first entry
@@ -45,10 +46,11 @@ struct Walker {
 
 class ParallelWalk {
 public:
-    ParallelWalk(std::vector<WalkRoot> roots, std::size_t threads, const WalkSettings& settings)
+    ParallelWalk(const std::vector<const LocationScope*>& roots, std::size_t threads,
+                 const WalkSettings& settings)
         : m_settings(settings), m_roots(roots.size()) {
         for (std::size_t index = 0; index < roots.size(); ++index) {
-            m_roots[index].scope = roots[index].scope;
+            m_roots[index].scope = roots[index];
         }
         for (std::size_t index = 0; index < threads; ++index) {
             m_walkers.push_back(std::make_unique<Walker>(
@@ -58,11 +60,10 @@ public:
         }
         for (std::size_t index = roots.size(); index-- > 0;) {
             m_roots[index].pendingTasks = 1;
-            auto stream = std::make_shared<DirectoryStream>(std::move(roots[index].folder));
             m_tasks.push_back(
                 {index,
                  std::make_shared<const WalkFolder>(m_roots[index].scope->rootFolder()),
-                 std::move(stream),
+                 nullptr,
                  nullptr,
                  {},
                  0});
@@ -164,6 +165,15 @@ private:
 
     bool open(FolderTask& task, LocationTally& tally) {
         if (task.stream) {
+            return true;
+        }
+        if (!task.parent) {
+            OpenedFolder root = openForWalk(*m_roots[task.root].scope);
+            if (!root.stream.valid()) {
+                tally.countSkipped(*task.folder, std::move(root.reason));
+                return false;
+            }
+            task.stream = std::make_shared<DirectoryStream>(std::move(root.stream));
             return true;
         }
         DirectoryStream opened = DirectoryStream::openChild(task.parent->fd(), task.name.c_str());
@@ -306,9 +316,9 @@ private:
 
 }  // namespace
 
-void walkInParallel(std::vector<WalkRoot> roots, std::size_t threads, const WalkSettings& settings,
-                    const WalkedHandler& onWalked) {
-    ParallelWalk walk(std::move(roots), threads, settings);
+void walkInParallel(const std::vector<const LocationScope*>& roots, std::size_t threads,
+                    const WalkSettings& settings, const WalkedHandler& onWalked) {
+    ParallelWalk walk(roots, threads, settings);
     walk.run(onWalked);
 }
 

@@ -348,6 +348,22 @@ TEST(AIStorageScanner, CollectsOldLogsAndCleanupFiles) {
     EXPECT_EQ(cache.fileCount, 5);
 }
 
+// Sets the soft open-file limit for its lifetime.
+class OpenFileLimit {
+public:
+    explicit OpenFileLimit(rlim_t files) {
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_old), 0);
+        const rlimit lowered{files, m_old.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &lowered), 0);
+    }
+    OpenFileLimit(const OpenFileLimit&) = delete;
+    OpenFileLimit& operator=(const OpenFileLimit&) = delete;
+    ~OpenFileLimit() { ::setrlimit(RLIMIT_NOFILE, &m_old); }
+
+private:
+    rlimit m_old{};
+};
+
 TEST(AIStorageScanner, WalksAnyDepthInOrderWithFewDescriptors) {
     TemporaryTree tree;
     std::string folder = ".deep";
@@ -362,15 +378,13 @@ TEST(AIStorageScanner, WalksAnyDepthInOrderWithFewDescriptors) {
     }
     const auto wanted = scanOf(tree, {location(".deep")});
 
-    rlimit limit{};
-    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
-    const rlimit small{40, limit.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &small), 0);
     auto options = withoutPauses();
     options.threads = 1;
-    const auto inOrder =
-        AIStorageScanner::scan(tree.root(), {location(".deep")}, 100000, {}, options);
-    ::setrlimit(RLIMIT_NOFILE, &limit);
+    StorageScan inOrder;
+    {
+        const OpenFileLimit limit(40);
+        inOrder = AIStorageScanner::scan(tree.root(), {location(".deep")}, 100000, {}, options);
+    }
 
     const auto& finding = inOrder.findings.at(0);
     EXPECT_EQ(finding.fileCount, 202);
@@ -378,6 +392,60 @@ TEST(AIStorageScanner, WalksAnyDepthInOrderWithFewDescriptors) {
     EXPECT_FALSE(finding.limited);
     EXPECT_EQ(finding.allocatedBytes, wanted.findings.at(0).allocatedBytes);
     EXPECT_EQ(namesOf(finding.largestFiles), namesOf(wanted.findings.at(0).largestFiles));
+}
+
+TEST(AIStorageScanner, MeasuresManyLocationsWithFewDescriptors) {
+    TemporaryTree tree;
+    std::vector<StorageLocation> locations;
+    for (int index = 0; index < 120; ++index) {
+        const std::string folder = ".tool-" + std::to_string(index);
+        tree.file(folder + "/a", 10);
+        tree.file(folder + "/sub/b", 20);
+        locations.push_back(location(folder));
+    }
+    for (const std::size_t threads : {1u, 2u}) {
+        SCOPED_TRACE(threads);
+        auto options = withoutPauses();
+        options.threads = threads;
+        StorageScan scan;
+        {
+            const OpenFileLimit limit(40);
+            scan = AIStorageScanner::scan(tree.root(), locations, 100000, {}, options);
+        }
+        EXPECT_EQ(scan.unreadableLocations, 0);
+        ASSERT_EQ(scan.findings.size(), locations.size());
+        for (const auto& finding : scan.findings) {
+            EXPECT_EQ(finding.fileCount, 2) << finding.url.native();
+            EXPECT_EQ(finding.skippedCount, 0) << finding.url.native();
+        }
+    }
+}
+
+TEST(AIStorageScanner, WalksALocationOnlyIfItIsStillTheFolderItLookedAt) {
+    TemporaryTree tree;
+    tree.file(".first/a", 10);
+    tree.file(".second/kept", 10);
+    tree.file(".elsewhere/swapped-in", 99999);
+    auto options = withoutPauses();
+    options.threads = 1;
+    bool swapped = false;
+    // The first location's finding comes out before the second's walk starts.
+    const auto swap = [&](const StorageScan&) {
+        if (!swapped) {
+            swapped = true;
+            std::filesystem::rename(tree.root() / ".second", tree.root() / ".moved");
+            std::filesystem::rename(tree.root() / ".elsewhere", tree.root() / ".second");
+        }
+    };
+    const auto scan = AIStorageScanner::scan(tree.root(), {location(".first"), location(".second")},
+                                             100000, swap, options);
+
+    ASSERT_TRUE(swapped);
+    const auto& second = findingFor(scan, ".second");
+    EXPECT_EQ(second.fileCount, 0);
+    EXPECT_EQ(second.skippedCount, 1);
+    ASSERT_EQ(second.unreadableEntries.size(), 1u);
+    EXPECT_EQ(second.unreadableEntries[0].reason, "It was replaced while the scan ran.");
 }
 
 TEST(AIStorageScanner, ReportsAnyFileNameExactly) {
