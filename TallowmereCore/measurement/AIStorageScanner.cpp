@@ -119,7 +119,7 @@ std::vector<OpenedLocation> openLocations(const std::filesystem::path& home,
         }
         LocationFolder found = LocationFolder::open(folder);
         if (found.state == LocationFolder::State::open &&
-            !openedFolders.insert(found.status.identity).second) {
+            !openedFolders.insert(found.status.identity)) {
             continue;
         }
         OpenedLocation location{folder, found.state, std::move(found.reason), nullptr};

@@ -205,7 +205,7 @@ void LocationTally::add(LocationTally&& other) {
 void LocationTally::countLinkedFiles(CountedIdentities& counted) {
     std::ranges::sort(m_linkedFiles, {}, &LinkedFile::order);
     for (const LinkedFile& file : m_linkedFiles) {
-        if (counted.insert(file.status.identity).second) {
+        if (counted.insert(file.status.identity)) {
             countFile(*file.folder, file.index, file.name, file.status);
         }
     }

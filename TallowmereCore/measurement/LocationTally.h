@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
+#include "measurement/CountedIdentities.h"
 #include "measurement/FileEntry.h"
 #include "measurement/LocationScope.h"
 #include "measurement/RankedList.h"
@@ -16,8 +16,6 @@
 #include "platform/FileIdentity.h"
 
 namespace tallowmere {
-
-using CountedIdentities = std::unordered_set<FileIdentity, FileIdentityHash>;
 
 // What walks have measured of one location so far: sums, and the files its lists keep. Files
 // may be counted in any order, and tallies of parts of a location added up in any order; the

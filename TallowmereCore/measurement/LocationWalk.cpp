@@ -109,7 +109,7 @@ private:
 
     void countOnce(const WalkFolder& folder, std::uint32_t index, std::string_view name,
                    const EntryStatus& status) {
-        if (m_scope.mayRecur(status) && !m_counted.insert(status.identity).second) {
+        if (m_scope.mayRecur(status) && !m_counted.insert(status.identity)) {
             return;
         }
         m_tally.countFile(folder, index, name, status);
