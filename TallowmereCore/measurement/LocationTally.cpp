@@ -21,23 +21,27 @@ Date modifiedDate(const EntryStatus& status) {
 }
 
 // Lists are made to their exact size: a scan result is kept for a long time.
-std::vector<FileEntry> entriesOf(RankedList<FileEntry>&& list) {
+FileEntry entryOf(ListedFile&& file) {
+    return {std::move(file.url), file.bytes, file.modified, file.identity.text()};
+}
+
+std::vector<FileEntry> entriesOf(RankedList<ListedFile>&& list) {
     auto sorted = std::move(list).sorted();
     std::vector<FileEntry> entries;
     entries.reserve(sorted.size());
     for (auto& ranked : sorted) {
-        entries.push_back(std::move(ranked.item));
+        entries.push_back(entryOf(std::move(ranked.item)));
     }
     return entries;
 }
 
-std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<FileEntry>&& list,
+std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<ListedFile>&& list,
                                                const LocationScope& scope, bool includesRecent) {
     auto sorted = std::move(list).sorted();
     std::vector<StorageCleanupFile> files;
     files.reserve(sorted.size());
     for (auto& ranked : sorted) {
-        files.push_back({.entry = std::move(ranked.item),
+        files.push_back({.entry = entryOf(std::move(ranked.item)),
                          .root = scope.url,
                          .category = scope.location.category,
                          .allocatedBytes = ranked.size,
@@ -100,13 +104,14 @@ void LocationTally::countFile(const WalkFolder& folder, std::uint32_t index, std
     if (lists.count() == 0) {
         return;
     }
-    FileEntry entry{folder.pathOf(name), status.logicalBytes, modified, status.identity.text()};
+    ListedFile entry{FilePath::joined(folder.path, name), status.logicalBytes, modified,
+                     status.identity};
     std::string order = orderOf();
     // Each list takes a copy but the last, which takes the entry itself.
     int usesLeft = lists.count();
-    const auto take = [&](std::int64_t size) -> Ranked<FileEntry> {
-        return --usesLeft == 0 ? Ranked<FileEntry>{size, std::move(order), std::move(entry)}
-                               : Ranked<FileEntry>{size, order, entry};
+    const auto take = [&](std::int64_t size) -> Ranked<ListedFile> {
+        return --usesLeft == 0 ? Ranked<ListedFile>{size, std::move(order), std::move(entry)}
+                               : Ranked<ListedFile>{size, order, entry};
     };
     if (lists.cleanup) {
         m_cleanupFiles.add(take(status.allocatedBytes));
@@ -134,14 +139,11 @@ LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::stri
     // Every file of a cache or log location is weighed, since a review's reach is told in
     // full; recent files are the wider set.
     TextRules::asciiLowercase(name, m_lowerName);
-    const auto& category = m_scope->location.category;
-    const Date now = m_scope->now;
-    const bool inProtected = folder.protectedFolder;
-    const bool recent =
-        status.logicalBytes >= 1 &&
-        AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected, modified, category, now, true);
-    const bool old = recent && AIStorageCleanup::eligibleInFolder(m_lowerName, inProtected,
-                                                                  modified, category, now, false);
+    const auto verdict = AIStorageCleanup::verdictInFolder(
+        m_lowerName, folder.protectedFolder, modified, m_scope->location.category, m_scope->now);
+    // Empty files free nothing.
+    const bool recent = verdict.eligibleRecent && status.logicalBytes >= 1;
+    const bool old = recent && verdict.eligible;
     if (recent) {
         ++m_recentCleanupFileCount;
         m_recentCleanupBytes += status.allocatedBytes;
@@ -152,8 +154,7 @@ LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::stri
         m_cleanupBytes += status.allocatedBytes;
         lists.cleanup = m_cleanupFiles.admits(status.allocatedBytes, orderOf);
     }
-    lists.oldLog = m_oldLogs.admits(status.logicalBytes, orderOf) &&
-                   AIStorageCleanup::isOldLogFile(m_lowerName, modified, category, now, false);
+    lists.oldLog = verdict.oldLog && m_oldLogs.admits(status.logicalBytes, orderOf);
     return lists;
 }
 

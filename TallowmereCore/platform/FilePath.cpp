@@ -6,12 +6,31 @@
 
 namespace tallowmere {
 
-FilePath::FilePath(std::string_view native) {
-    void* memory = ::operator new(sizeof(Block) + native.size() + 1);
-    m_block = new (memory) Block{1, native.size()};
-    char* text = reinterpret_cast<char*>(m_block + 1);
-    std::memcpy(text, native.data(), native.size());
-    text[native.size()] = '\0';
+FilePath::FilePath(std::size_t length) {
+    void* memory = ::operator new(sizeof(Block) + length + 1);
+    m_block = new (memory) Block{1, length};
+    bytes()[length] = '\0';
+}
+
+char* FilePath::bytes() const {
+    return reinterpret_cast<char*>(m_block + 1);
+}
+
+FilePath::FilePath(std::string_view native) : FilePath(native.size()) {
+    std::memcpy(bytes(), native.data(), native.size());
+}
+
+FilePath FilePath::joined(std::string_view folder, std::string_view name) {
+    const bool slash = !folder.ends_with('/');
+    FilePath path(folder.size() + (slash ? 1 : 0) + name.size());
+    char* next = path.bytes();
+    std::memcpy(next, folder.data(), folder.size());
+    next += folder.size();
+    if (slash) {
+        *next++ = '/';
+    }
+    std::memcpy(next, name.data(), name.size());
+    return path;
 }
 
 FilePath::FilePath(const FilePath& other) noexcept : m_block(other.m_block) {

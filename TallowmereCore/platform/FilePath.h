@@ -18,6 +18,8 @@ public:
     FilePath(const std::string& native) : FilePath(std::string_view(native)) {}
     FilePath(const char* native) : FilePath(std::string_view(native)) {}
     FilePath(const std::filesystem::path& path) : FilePath(std::string_view(path.native())) {}
+    // `folder` and `name` joined by one "/", made in one allocation.
+    static FilePath joined(std::string_view folder, std::string_view name);
 
     FilePath(const FilePath& other) noexcept;
     FilePath(FilePath&& other) noexcept;
@@ -41,6 +43,10 @@ private:
         std::atomic<std::size_t> references;
         std::size_t length;
     };
+
+    // Room for a path of `length` bytes and its NUL, the bytes left to fill.
+    explicit FilePath(std::size_t length);
+    char* bytes() const;
 
     Block* m_block = nullptr;
 };

@@ -103,19 +103,31 @@ bool isOldLogFile(std::string_view lowerName, Date modified, const std::string& 
 
 bool eligibleInFolder(std::string_view lowerName, bool folderProtected, Date modified,
                       const std::string& category, Date now, bool includeRecent) {
+    const FileVerdict verdict =
+        verdictInFolder(lowerName, folderProtected, modified, category, now);
+    return includeRecent ? verdict.eligibleRecent : verdict.eligible;
+}
+
+FileVerdict verdictInFolder(std::string_view lowerName, bool folderProtected, Date modified,
+                            const std::string& category, Date now) {
     const double age = now - modified;
+    FileVerdict verdict;
+    double minimumAge = cacheMinimumAge;
     if (category == "Logs") {
-        if (!isLowerLogFileName(lowerName) || (!includeRecent && age < logMinimumAge)) {
-            return false;
+        if (!isLowerLogFileName(lowerName)) {
+            return verdict;
         }
-    } else if (category == "Cache") {
-        if (!includeRecent && age < cacheMinimumAge) {
-            return false;
-        }
-    } else {
-        return false;
+        minimumAge = logMinimumAge;
+        verdict.oldLog = age >= logMinimumAge;
+    } else if (category != "Cache") {
+        return verdict;
     }
-    return !folderProtected && !hasExcludedName(lowerName);
+    if (folderProtected || hasExcludedName(lowerName)) {
+        return verdict;
+    }
+    verdict.eligibleRecent = true;
+    verdict.eligible = age >= minimumAge;
+    return verdict;
 }
 
 bool eligible(const std::filesystem::path& file, Date modified, const std::string& category,

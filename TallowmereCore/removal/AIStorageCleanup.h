@@ -19,6 +19,16 @@ bool eligible(const std::filesystem::path& file, Date modified, const std::strin
 bool eligibleInFolder(std::string_view lowerName, bool folderProtected, Date modified,
                       const std::string& category, Date now, bool includeRecent);
 
+// What the rules say of one file, from one look at its name: a walk asks for every file.
+struct FileVerdict {
+    bool eligible = false;        // `eligibleInFolder` without recent files
+    bool eligibleRecent = false;  // with them
+    bool oldLog = false;          // `isOldLogFile` without recent files
+};
+
+FileVerdict verdictInFolder(std::string_view lowerName, bool folderProtected, Date modified,
+                            const std::string& category, Date now);
+
 // True when one folder name (any case) marks its contents as never cleaned file by file.
 bool isProtectedFolderName(std::string_view folderName);
 

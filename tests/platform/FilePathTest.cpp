@@ -24,6 +24,9 @@ TEST(FilePath, KeepsAnyBytesAndComparesByValue) {
     EXPECT_TRUE(none.empty());
     EXPECT_STREQ(none.c_str(), "");
     EXPECT_EQ(none, FilePath(""));
+
+    EXPECT_EQ(FilePath::joined("/h/.cache", "a\nb").native(), "/h/.cache/a\nb");
+    EXPECT_EQ(FilePath::joined("/", "h").native(), "/h");
 }
 
 // Copies share one block; each lives on whatever happens to the others.

@@ -56,6 +56,11 @@ TEST(AIStorageCleanup, RefusesProtectedFoldersAndSensitiveNames) {
         EXPECT_TRUE(eligible(std::string("/h/.cache/") + name, 100 * day, "Cache")) << name;
     }
     EXPECT_FALSE(eligible("/h/logs/sessions/a.log", 100 * day, "Logs"));
+    // Still listed among old logs, which only tell what is there.
+    const auto verdict =
+        AIStorageCleanup::verdictInFolder("a.log", true, now - 8 * day, "Logs", now);
+    EXPECT_TRUE(verdict.oldLog);
+    EXPECT_FALSE(verdict.eligibleRecent);
 }
 
 }  // namespace
