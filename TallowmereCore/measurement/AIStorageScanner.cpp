@@ -8,9 +8,8 @@
 
 #include "measurement/LocationScope.h"
 #include "measurement/LocationTally.h"
-#include "measurement/LocationWalk.h"
 #include "measurement/MountCopies.h"
-#include "measurement/ParallelWalk.h"
+#include "measurement/ScanWalk.h"
 #include "measurement/WalkSettings.h"
 #include "platform/LocationFolder.h"
 #include "platform/Mounts.h"
@@ -157,28 +156,10 @@ StorageScan scan(const std::filesystem::path& home, const std::vector<StorageLoc
     }
     ProgressReporter progress(onProgress, now);
     CountedIdentities counted;
-    const auto add = [&](StorageFinding finding) {
+    walkLocations(measured, threadCount(options), settings, counted, [&](StorageFinding finding) {
         result.findings.push_back(std::move(finding));
         progress.report(result);
-    };
-    const std::size_t threads = threadCount(options);
-    if (threads == 1) {
-        for (const LocationScope* scope : measured) {
-            settings.throwIfStopped();
-            add(walkLocation(*scope, counted, settings));
-        }
-    } else {
-        walkInParallel(measured, threads, settings,
-                       [&](std::size_t root, LocationTally&& tally, bool overLimit) {
-                           if (overLimit) {
-                               // Only a walk in order knows which entries come first.
-                               add(walkLocation(*measured[root], counted, settings));
-                               return;
-                           }
-                           tally.countLinkedFiles(counted);
-                           add(std::move(tally).finding(false));
-                       });
-    }
+    });
     std::ranges::stable_sort(result.findings, std::ranges::greater{},
                              [](const StorageFinding& finding) { return finding.allocatedBytes; });
     result.completedAt = currentDate();

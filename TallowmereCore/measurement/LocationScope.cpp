@@ -6,11 +6,9 @@
 namespace tallowmere {
 
 WalkFolder LocationScope::rootFolder() const {
-    WalkFolder root;
-    root.path = url.native();
-    root.protectedFolder = checksFiles() && AIStorageCleanup::hasProtectedFolder(url);
-    root.nestedNames = nestedNamesIn(root.path, nestedFolders);
-    return root;
+    return locationFolder(std::string(url.native()),
+                          checksFiles() && AIStorageCleanup::hasProtectedFolder(url),
+                          nestedFolders);
 }
 
 OpenedFolder openForWalk(const LocationScope& scope) {

@@ -1,6 +1,7 @@
 #include "measurement/LocationTally.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "platform/FileSystemError.h"
 #include "removal/AIStorageCleanup.h"
@@ -64,22 +65,26 @@ LocationTally::LocationTally(const LocationScope& scope)
 
 namespace {
 
-// A file's walk order, made only when a list needs it to break a tie or to keep the file.
+// An entry's walk order, made only when a list needs it to break a tie or to keep the entry.
 class LazyOrder {
 public:
     LazyOrder(const WalkFolder& folder, std::uint32_t index) : m_folder(folder), m_index(index) {}
+    // The folder's own order.
+    explicit LazyOrder(const WalkFolder& folder) : m_folder(folder) {}
 
     const std::string& operator()() {
-        if (m_order.empty()) {
-            m_order = m_folder.orderOf(m_index);
+        if (!m_made) {
+            m_order = m_index ? m_folder.orderOf(*m_index) : m_folder.order();
+            m_made = true;
         }
         return m_order;
     }
 
 private:
     const WalkFolder& m_folder;
-    std::uint32_t m_index;
+    std::optional<std::uint32_t> m_index;
     std::string m_order;
+    bool m_made = false;
 };
 
 }  // namespace
@@ -104,8 +109,7 @@ void LocationTally::countFile(const WalkFolder& folder, std::uint32_t index, std
     if (lists.count() == 0) {
         return;
     }
-    ListedFile entry{FilePath::joined(folder.path, name), status.logicalBytes, modified,
-                     status.identity};
+    ListedFile entry{folder.filePathOf(name), status.logicalBytes, modified, status.identity};
     std::string order = orderOf();
     // Each list takes a copy but the last, which takes the entry itself.
     int usesLeft = lists.count();
@@ -173,16 +177,10 @@ void LocationTally::countSkipped(const WalkFolder& folder, int error) {
 
 void LocationTally::countSkipped(const WalkFolder& folder, std::string reason) {
     ++m_skippedCount;
-    const auto orderOf = [&folder]() -> const std::string& { return folder.order; };
+    LazyOrder orderOf(folder);
     if (m_unreadable.admits(0, orderOf)) {
-        m_unreadable.add({0, folder.order, {folder.path, std::move(reason)}});
+        m_unreadable.add({0, orderOf(), {folder.path(), std::move(reason)}});
     }
-}
-
-void LocationTally::deferLinkedFile(const std::shared_ptr<const WalkFolder>& folder,
-                                    std::uint32_t index, std::string_view name,
-                                    const EntryStatus& status) {
-    m_linkedFiles.push_back({folder, index, std::string(name), folder->orderOf(index), status});
 }
 
 void LocationTally::add(LocationTally&& other) {
@@ -199,18 +197,6 @@ void LocationTally::add(LocationTally&& other) {
     m_cleanupBytes += other.m_cleanupBytes;
     m_recentCleanupFileCount += other.m_recentCleanupFileCount;
     m_recentCleanupBytes += other.m_recentCleanupBytes;
-    std::ranges::move(other.m_linkedFiles, std::back_inserter(m_linkedFiles));
-    other.m_linkedFiles.clear();
-}
-
-void LocationTally::countLinkedFiles(CountedIdentities& counted) {
-    std::ranges::sort(m_linkedFiles, {}, &LinkedFile::order);
-    for (const LinkedFile& file : m_linkedFiles) {
-        if (counted.insert(file.status.identity)) {
-            countFile(*file.folder, file.index, file.name, file.status);
-        }
-    }
-    m_linkedFiles.clear();
 }
 
 StorageFinding LocationTally::finding(bool limited) && {

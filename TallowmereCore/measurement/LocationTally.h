@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "measurement/CountedIdentities.h"
 #include "measurement/FileEntry.h"
 #include "measurement/LocationScope.h"
 #include "measurement/RankedList.h"
@@ -35,10 +34,6 @@ public:
     // Counts the regular file `name`, the entry at `index` of `folder`.
     void countFile(const WalkFolder& folder, std::uint32_t index, std::string_view name,
                    const EntryStatus& status);
-    // Keeps a file that may be met again (LocationScope::mayRecur) for countLinkedFiles(),
-    // since which of its meetings comes first is only known once the walk is over.
-    void deferLinkedFile(const std::shared_ptr<const WalkFolder>& folder, std::uint32_t index,
-                         std::string_view name, const EntryStatus& status);
     // The entry `name`, at `index` of `folder`, that could not be read or opened for `error`.
     void countSkipped(const WalkFolder& folder, std::uint32_t index, std::string_view name,
                       int error);
@@ -49,9 +44,6 @@ public:
 
     void add(LocationTally&& other);
 
-    // Counts the deferred files in walk order, each only if `counted` has not met it yet.
-    void countLinkedFiles(CountedIdentities& counted);
-
     StorageFinding finding(bool limited) &&;
 
 private:
@@ -61,14 +53,6 @@ private:
     template <typename OrderOf>
     Lists listsFor(const WalkFolder& folder, std::string_view name, const EntryStatus& status,
                    Date modified, OrderOf& orderOf);
-
-    struct LinkedFile {
-        std::shared_ptr<const WalkFolder> folder;
-        std::uint32_t index = 0;
-        std::string name;
-        std::string order;
-        EntryStatus status;
-    };
 
     const LocationScope* m_scope;
     bool m_checksFiles;
@@ -86,7 +70,6 @@ private:
     std::int64_t m_cleanupBytes = 0;
     std::int64_t m_recentCleanupFileCount = 0;
     std::int64_t m_recentCleanupBytes = 0;
-    std::vector<LinkedFile> m_linkedFiles;
     std::string m_lowerName;  // reused so lower-casing a name allocates nothing per file
 };
 

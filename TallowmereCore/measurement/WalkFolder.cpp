@@ -1,6 +1,7 @@
 #include "measurement/WalkFolder.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "removal/AIStorageCleanup.h"
 
@@ -12,6 +13,13 @@ namespace {
 std::string_view parentOf(std::string_view path) {
     const auto slash = path.rfind('/');
     return slash == 0 ? std::string_view("/") : path.substr(0, slash);
+}
+
+void appendName(std::string& path, std::string_view name) {
+    if (!path.ends_with('/')) {
+        path += '/';
+    }
+    path += name;
 }
 
 // Appends `index` so that byte order is number order and no index's bytes begin another's:
@@ -34,40 +42,98 @@ void appendOrderIndex(std::string& order, std::uint32_t index) {
     }
 }
 
-}  // namespace
-
-bool WalkFolder::isNested(std::string_view name) const {
-    return !nestedNames.empty() && std::ranges::find(nestedNames, name) != nestedNames.end();
+// The folders from the nearest one that keeps its path and order down to `folder`, that one
+// first.
+std::vector<const WalkFolder*> chainTo(const WalkFolder& folder) {
+    std::vector<const WalkFolder*> chain;
+    for (const WalkFolder* next = &folder;; next = next->parent.get()) {
+        chain.push_back(next);
+        if (next->depth <= WalkFolder::keptDepth) {
+            break;
+        }
+    }
+    std::ranges::reverse(chain);
+    return chain;
 }
 
-std::string WalkFolder::pathOf(std::string_view name) const {
-    std::string joined;
-    joined.reserve(path.size() + 1 + name.size());
-    joined = path;
-    if (!joined.ends_with('/')) {
-        joined += '/';
+}  // namespace
+
+std::string WalkFolder::path() const {
+    if (depth <= keptDepth) {
+        return keptPath;
     }
-    joined += name;
+    const auto chain = chainTo(*this);
+    std::string joined = chain.front()->keptPath;
+    for (const WalkFolder* folder : chain | std::views::drop(1)) {
+        appendName(joined, folder->name);
+    }
     return joined;
 }
 
-std::string WalkFolder::orderOf(std::uint32_t index) const {
+std::string WalkFolder::order() const {
+    if (depth <= keptDepth) {
+        return keptOrder;
+    }
+    const auto chain = chainTo(*this);
+    std::string joined = chain.front()->keptOrder;
+    for (const WalkFolder* folder : chain | std::views::drop(1)) {
+        appendOrderIndex(joined, folder->index);
+    }
+    return joined;
+}
+
+bool WalkFolder::isNested(std::string_view entryName) const {
+    return !nestedNames.empty() && std::ranges::find(nestedNames, entryName) != nestedNames.end();
+}
+
+std::string WalkFolder::pathOf(std::string_view entryName) const {
+    std::string joined = path();
+    appendName(joined, entryName);
+    return joined;
+}
+
+FilePath WalkFolder::filePathOf(std::string_view entryName) const {
+    return depth <= keptDepth ? FilePath::joined(keptPath, entryName) : FilePath(pathOf(entryName));
+}
+
+std::string WalkFolder::orderOf(std::uint32_t entryIndex) const {
     std::string extended;
-    extended.reserve(order.size() + 5);
-    extended = order;
-    appendOrderIndex(extended, index);
+    if (depth <= keptDepth) {
+        extended.reserve(keptOrder.size() + 5);
+        extended = keptOrder;
+    } else {
+        extended = order();
+    }
+    appendOrderIndex(extended, entryIndex);
     return extended;
 }
 
-WalkFolder childFolder(const WalkFolder& parent, std::string_view name, std::uint32_t index,
-                       bool checksFiles, const std::vector<std::string>& nestedFolders) {
+WalkFolder locationFolder(std::string path, bool protectedFolder,
+                          const std::vector<std::string>& nestedFolders) {
+    WalkFolder root;
+    root.nestedNames = nestedNamesIn(path, nestedFolders);
+    root.protectedFolder = protectedFolder;
+    root.keptPath = path;
+    root.name = std::move(path);
+    return root;
+}
+
+WalkFolder childFolder(const std::shared_ptr<const WalkFolder>& parent, std::string_view name,
+                       std::uint32_t index, bool checksFiles,
+                       const std::vector<std::string>& nestedFolders) {
     WalkFolder child;
-    child.path = parent.pathOf(name);
-    child.order = parent.orderOf(index);
+    child.parent = parent;
+    child.name = name;
+    child.index = index;
+    child.depth = parent->depth + 1;
     child.protectedFolder =
-        parent.protectedFolder || (checksFiles && AIStorageCleanup::isProtectedFolderName(name));
+        parent->protectedFolder || (checksFiles && AIStorageCleanup::isProtectedFolderName(name));
+    if (child.depth <= WalkFolder::keptDepth) {
+        child.keptPath = parent->pathOf(name);
+        child.keptOrder = parent->orderOf(index);
+    }
     if (!nestedFolders.empty()) {
-        child.nestedNames = nestedNamesIn(child.path, nestedFolders);
+        child.nestedNames = nestedNamesIn(child.path(), nestedFolders);
     }
     return child;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "platform/DirectoryStream.h"
@@ -16,7 +17,9 @@ namespace tallowmere {
 // rest of its listing read into memory, its descriptor closed) and opened again through ".."
 // from the folder below when the walk comes back to it, and used only if it is still the same
 // folder. So a tree of any depth is walked within a small open-file limit, and a folder is
-// never looked up again by its path. `Place` is what the walk keeps of each folder.
+// never looked up again by its path. `Place` is what the walk keeps of each folder. Each open
+// folder's stream is shared, so work handed to another thread can read statuses in the folder
+// after the walk has moved on; only the walk reads its listing.
 template <typename Place>
 class FolderStack {
 public:
@@ -24,7 +27,7 @@ public:
 
     struct Level {
         Place place;
-        DirectoryStream stream;  // closed while parked
+        std::shared_ptr<DirectoryStream> stream;  // none while parked
         DirectoryChunk chunk;
         std::size_t next = 0;          // the chunk's next entry to take up
         std::uint32_t chunkIndex = 0;  // the listing index of the chunk's first entry
@@ -48,11 +51,15 @@ public:
     void push(Place place, DirectoryStream stream) {
         if (m_open == openAtMost) {
             park(*std::ranges::find_if(m_levels,
-                                       [](const Level& level) { return level.stream.valid(); }));
+                                       [](const Level& level) { return level.stream != nullptr; }));
         }
         Level level;
+        if (!m_spareChunks.empty()) {
+            level.chunk = std::move(m_spareChunks.back());
+            m_spareChunks.pop_back();
+        }
         level.place = std::move(place);
-        level.stream = std::move(stream);
+        level.stream = std::make_shared<DirectoryStream>(std::move(stream));
         m_levels.push_back(std::move(level));
         ++m_open;
     }
@@ -68,10 +75,10 @@ public:
         }
         level.chunkIndex += static_cast<std::uint32_t>(level.chunk.entries.size());
         level.next = 0;
-        if (level.stream.readChunk(level.chunk, limit, m_statusReads)) {
+        if (level.stream->readChunk(level.chunk, limit, m_statusReads)) {
             return Next::entry;
         }
-        level.readError = level.stream.readFailed() ? level.stream.readError() : 0;
+        level.readError = level.stream->readFailed() ? level.stream->readError() : 0;
         return level.readError != 0 ? Next::failed : Next::finished;
     }
 
@@ -81,17 +88,20 @@ public:
         Level finished = std::move(m_levels.back());
         m_levels.pop_back();
         --m_open;
-        if (m_levels.empty() || m_levels.back().stream.valid()) {
+        if (m_spareChunks.size() < openAtMost) {
+            finished.chunk.names.clear();
+            finished.chunk.entries.clear();
+            m_spareChunks.push_back(std::move(finished.chunk));
+        }
+        if (m_levels.empty() || m_levels.back().stream) {
             return true;
         }
         Level& parent = m_levels.back();
-        DirectoryStream reopened = finished.stream.valid()
-                                       ? DirectoryStream::openChild(finished.stream.fd(), "..")
-                                       : DirectoryStream();
+        DirectoryStream reopened = DirectoryStream::openChild(finished.stream->fd(), "..");
         EntryStatus status;
         if (reopened.valid() && readEntryStatus(reopened.fd(), "", status) &&
             status.identity == parent.identity) {
-            parent.stream = std::move(reopened);
+            parent.stream = std::make_shared<DirectoryStream>(std::move(reopened));
             ++m_open;
             return true;
         }
@@ -104,7 +114,7 @@ private:
     void park(Level& level) {
         if (!level.listed) {
             DirectoryChunk more;
-            while (level.stream.readChunk(more, chunkSize, m_statusReads)) {
+            while (level.stream->readChunk(more, chunkSize, m_statusReads)) {
                 const auto offset = static_cast<std::uint32_t>(level.chunk.names.size());
                 level.chunk.names += more.names;
                 for (DirectoryEntry entry : more.entries) {
@@ -112,14 +122,14 @@ private:
                     level.chunk.entries.push_back(entry);
                 }
             }
-            level.readError = level.stream.readFailed() ? level.stream.readError() : 0;
+            level.readError = level.stream->readFailed() ? level.stream->readError() : 0;
             level.listed = true;
         }
         EntryStatus status;
-        if (readEntryStatus(level.stream.fd(), "", status)) {
+        if (readEntryStatus(level.stream->fd(), "", status)) {
             level.identity = status.identity;
         }
-        level.stream = DirectoryStream();
+        level.stream.reset();
         --m_open;
     }
 
@@ -127,6 +137,8 @@ private:
 
     DirectoryStream::StatusReads m_statusReads;
     std::vector<Level> m_levels;
+    // Chunks of folders left, whose buffers the next folders entered read into.
+    std::vector<DirectoryChunk> m_spareChunks;
     std::size_t m_open = 0;  // levels whose folder is open
 };
 

@@ -87,7 +87,7 @@ private:
         }
         // A failed read is tried once more for its reason; an item that reads now is recorded.
         const EntryStatus status =
-            entry.statusFailed ? entryStatusAt(folder.stream.fd(), folder.chunk.cName(entry))
+            entry.statusFailed ? entryStatusAt(folder.stream->fd(), folder.chunk.cName(entry))
                                : entry.status;
         if (!sameMount(status, m_folderStatus)) {
             fail(ReviewError::Kind::unavailable);
@@ -105,7 +105,7 @@ private:
 
     void descend(const Stack::Level& parent, const DirectoryEntry& entry) {
         DirectoryStream child =
-            DirectoryStream::openChild(parent.stream.fd(), parent.chunk.cName(entry));
+            DirectoryStream::openChild(parent.stream->fd(), parent.chunk.cName(entry));
         if (!child.valid()) {
             fail(ReviewError::Kind::unavailable);
         }

@@ -47,7 +47,8 @@ std::string describe(const StorageScan& scan) {
 }
 
 // A random home: tool folders nested in each other, many files of few distinct sizes (so
-// ties abound), old and new logs, hard links within and across locations, symbolic links.
+// ties abound), old and new logs, hard links within and across locations (for every file in
+// some homes), symbolic links, sometimes a deep chain or a folder wider than a listing read.
 std::vector<StorageLocation> randomHome(const TemporaryTree& tree, std::mt19937& random) {
     const std::vector<StorageLocation> locations = {{"A", "Agent data", ".a", ""},
                                                     {"A", "Logs", ".a/logs", ""},
@@ -63,6 +64,8 @@ std::vector<StorageLocation> randomHome(const TemporaryTree& tree, std::mt19937&
     const std::vector<std::string> names = {"app.log", "app.log.3", "blob",
                                             "x.json",  "state.db",  "Models"};
     std::vector<std::string> made;
+    // Like a package store, where nearly every file has a second name.
+    const bool linkedStore = random() % 3 == 0;
     const int fileCount = std::uniform_int_distribution<int>(20, 400)(random);
     for (int index = 0; index < fileCount; ++index) {
         const auto& folder = folders[random() % folders.size()];
@@ -72,8 +75,8 @@ std::vector<StorageLocation> randomHome(const TemporaryTree& tree, std::mt19937&
         tree.file(path, static_cast<std::int64_t>(random() % 4) * 1000,
                   currentDate() - (random() % 20) * day);
         made.push_back(path);
-        if (random() % 10 == 0) {
-            const auto& other = folders[random() % folders.size()];
+        if (linkedStore || random() % 10 == 0) {
+            const auto& other = random() % 2 == 0 ? folder : folders[random() % folders.size()];
             tree.hardLink(path, other + "/link" + std::to_string(index));
         }
         if (random() % 15 == 0) {
