@@ -174,6 +174,29 @@ TEST(ParallelScan, AnswersExactlyAsOneThreadAcrossBindMounts) {
     }
 }
 
+// A location over the limit costs what its first entries do: the walk takes up no entry past
+// the limit, on any thread, and never walks a location twice.
+TEST(ParallelScan, WalksNoEntryPastTheLimit) {
+    TemporaryTree tree;
+    for (int index = 0; index < 3000; ++index) {
+        tree.file(".big/" + std::to_string(index % 9) + "/" + std::to_string(index), 100);
+    }
+    tree.file(".small/a", 100);
+    const std::vector<StorageLocation> locations = {{"A", "Cache", ".big", ""},
+                                                    {"B", "Cache", ".small", ""}};
+    for (const std::size_t threads : {1u, 2u, 4u}) {
+        ScanMeter meter;
+        ScanOptions options;
+        options.pauses = false;
+        options.threads = threads;
+        options.meter = &meter;
+        const auto scan = AIStorageScanner::scan(tree.root(), locations, 250, {}, options);
+        EXPECT_EQ(meter.entries, 250 + 1) << threads << " threads";
+        ASSERT_EQ(scan.findings.size(), 2u);
+        EXPECT_TRUE(scan.findings[0].limited);
+    }
+}
+
 TEST(ParallelScan, StopsEveryThreadWhenAsked) {
     TemporaryTree tree;
     tree.file(".first/a", 1);
