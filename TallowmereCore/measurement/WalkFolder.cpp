@@ -56,30 +56,33 @@ std::vector<const WalkFolder*> chainTo(const WalkFolder& folder) {
     return chain;
 }
 
+// What `kept` holds for `folder`: its own where it keeps it; else the nearest kept one's, with
+// `append` applied for each folder on the way down.
+template <typename Append>
+std::string madeFromKept(const WalkFolder& folder, std::string WalkFolder::*kept, Append append) {
+    if (folder.depth <= WalkFolder::keptDepth) {
+        return folder.*kept;
+    }
+    const auto chain = chainTo(folder);
+    std::string made = chain.front()->*kept;
+    for (const WalkFolder* below : chain | std::views::drop(1)) {
+        append(made, *below);
+    }
+    return made;
+}
+
 }  // namespace
 
 std::string WalkFolder::path() const {
-    if (depth <= keptDepth) {
-        return keptPath;
-    }
-    const auto chain = chainTo(*this);
-    std::string joined = chain.front()->keptPath;
-    for (const WalkFolder* folder : chain | std::views::drop(1)) {
-        appendName(joined, folder->name);
-    }
-    return joined;
+    return madeFromKept(
+        *this, &WalkFolder::keptPath,
+        [](std::string& path, const WalkFolder& below) { appendName(path, below.name); });
 }
 
 std::string WalkFolder::order() const {
-    if (depth <= keptDepth) {
-        return keptOrder;
-    }
-    const auto chain = chainTo(*this);
-    std::string joined = chain.front()->keptOrder;
-    for (const WalkFolder* folder : chain | std::views::drop(1)) {
-        appendOrderIndex(joined, folder->index);
-    }
-    return joined;
+    return madeFromKept(
+        *this, &WalkFolder::keptOrder,
+        [](std::string& order, const WalkFolder& below) { appendOrderIndex(order, below.index); });
 }
 
 bool WalkFolder::isNested(std::string_view entryName) const {
