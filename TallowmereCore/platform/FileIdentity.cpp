@@ -5,7 +5,12 @@
 namespace tallowmere {
 
 std::string FileIdentity::text() const {
-    return std::to_string(device) + ':' + std::to_string(inode);
+    // Written in place: a scan makes one for every file its lists keep.
+    char digits[2 * 20 + 1];
+    char* end = std::to_chars(digits, digits + sizeof digits, device).ptr;
+    *end++ = ':';
+    end = std::to_chars(end, digits + sizeof digits, inode).ptr;
+    return std::string(digits, end);
 }
 
 std::optional<FileIdentity> FileIdentity::parse(std::string_view text) {
@@ -15,7 +20,8 @@ std::optional<FileIdentity> FileIdentity::parse(std::string_view text) {
     }
     const auto number = [](std::string_view digits) -> std::optional<std::uint64_t> {
         std::uint64_t value = 0;
-        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+        const auto [end, error] =
+            std::from_chars(digits.data(), digits.data() + digits.size(), value);
         if (digits.empty() || error != std::errc{} || end != digits.data() + digits.size()) {
             return std::nullopt;
         }
