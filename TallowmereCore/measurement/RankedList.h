@@ -19,8 +19,8 @@ struct Ranked {
 
 // The first `capacity` items in rank order of all that were offered, in whatever order they
 // were offered: two walks that offer the same items in different orders keep the same ones.
-// The items stay where they were put; the heap that ranks them holds only their sizes and
-// places, so keeping an item moves sixteen bytes rather than its strings.
+// The items stay where they were put; the heap that ranks them holds only their sizes, the
+// start of their orders and their places, so keeping an item moves 24 bytes, not its strings.
 template <typename Item>
 class RankedList {
 public:
@@ -42,7 +42,8 @@ public:
             return;
         }
         if (m_heap.size() < m_capacity) {
-            m_heap.push_back({ranked.size, static_cast<std::uint32_t>(m_items.size())});
+            m_heap.push_back(
+                {ranked.size, prefixOf(ranked.order), static_cast<std::uint32_t>(m_items.size())});
             m_items.push_back(std::move(ranked));
             std::ranges::push_heap(m_heap, ranksBefore());
             return;
@@ -54,15 +55,16 @@ public:
         }
         // The new item takes the place of the one that ranks last.
         std::ranges::pop_heap(m_heap, ranksBefore());
+        m_heap.back() = {ranked.size, prefixOf(ranked.order), last.slot};
         m_items[last.slot] = std::move(ranked);
-        m_heap.back() = {m_items[last.slot].size, last.slot};
         std::ranges::push_heap(m_heap, ranksBefore());
     }
 
     // Takes in `other`'s items, keeping the first `capacity` of both with one selection.
     void add(RankedList&& other) {
         for (const Key& key : other.m_heap) {
-            m_heap.push_back({key.size, static_cast<std::uint32_t>(m_items.size())});
+            m_heap.push_back(
+                {key.size, key.orderPrefix, static_cast<std::uint32_t>(m_items.size())});
             m_items.push_back(std::move(other.m_items[key.slot]));
         }
         other.m_heap.clear();
@@ -90,15 +92,31 @@ public:
 private:
     struct Key {
         std::int64_t size = 0;
-        std::uint32_t slot = 0;  // in m_items
+        std::uint64_t orderPrefix = 0;  // see prefixOf()
+        std::uint32_t slot = 0;         // in m_items
     };
+
+    // The first eight bytes of an order as a number, missing bytes as zeros: a smaller prefix
+    // means an earlier order, so most ties are settled without comparing the strings.
+    static std::uint64_t prefixOf(const std::string& order) {
+        std::uint64_t prefix = 0;
+        for (std::size_t index = 0; index < 8; ++index) {
+            prefix = (prefix << 8) |
+                     (index < order.size() ? static_cast<unsigned char>(order[index]) : 0u);
+        }
+        return prefix;
+    }
 
     // Orders keys first in rank first: larger sizes, then earlier in walk order.
     auto ranksBefore() const {
         return [this](const Key& first, const Key& second) {
-            return first.size > second.size ||
-                   (first.size == second.size &&
-                    m_items[first.slot].order < m_items[second.slot].order);
+            if (first.size != second.size) {
+                return first.size > second.size;
+            }
+            if (first.orderPrefix != second.orderPrefix) {
+                return first.orderPrefix < second.orderPrefix;
+            }
+            return m_items[first.slot].order < m_items[second.slot].order;
         };
     }
 
