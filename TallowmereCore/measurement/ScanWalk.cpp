@@ -234,6 +234,7 @@ private:
     // Lists on until a job is full or its location ends.
     std::unique_ptr<Job> listJob(Walker& walker) {
         auto job = std::make_unique<Job>();
+        job->files.reserve(filesPerJob);
         job->turn = m_listing.nextTurn++;
         job->root = m_listing.location;
         if (!m_listing.entered && !enter(walker, *job)) {
