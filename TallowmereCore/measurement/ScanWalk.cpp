@@ -62,6 +62,9 @@ struct Job {
     std::vector<WaitingFile> files;
     std::vector<Segment> segments;
     std::vector<Meeting> meetings;
+    // Entries that are not files, which the listing met on the way to these files: counted
+    // toward the walk's pace by whoever takes the job, never while the listing is held.
+    std::size_t otherEntries = 0;
     bool endsLocation = false;
     bool limited = false;
 };
@@ -207,6 +210,9 @@ private:
         m_listingHeld = true;
         lock.unlock();
         std::unique_ptr<Job> job = listJob(walker);
+        if (job->files.empty()) {
+            keepPace(walker, job->otherEntries);
+        }
         lock.lock();
         m_listingHeld = false;
         m_allListed = m_listing.location == m_locations.size();
@@ -316,7 +322,7 @@ private:
             // Only a status tells what it is.
             level.stream->completeStatus(level.chunk, entry);
             if (entry.statusFailed) {
-                walker.pace.entryWalked();
+                ++job.otherEntries;
                 tallyOf(walker, job.root).countSkipped(folder, index, name, errno);
                 return true;
             }
@@ -329,7 +335,7 @@ private:
             addFile(level, entry, index, false, job);
             return true;
         }
-        walker.pace.entryWalked();
+        ++job.otherEntries;
         if (entry.status.kind == EntryKind::directory) {
             descend(walker, level, entry, index, job);
         }
@@ -377,6 +383,7 @@ private:
     void readStatuses(Walker& walker, Job& job) {
         const LocationScope& scope = *m_locations[job.root];
         LocationTally& tally = tallyOf(walker, job.root);
+        keepPace(walker, job.otherEntries);
         std::size_t next = 0;
         for (const Segment& segment : job.segments) {
             for (; next < segment.end; ++next) {
@@ -423,6 +430,12 @@ private:
                 m_completed[job.root] = job.limited;
             }
             m_read.erase(next);
+        }
+    }
+
+    static void keepPace(Walker& walker, std::size_t entries) {
+        for (std::size_t counted = 0; counted < entries; ++counted) {
+            walker.pace.entryWalked();
         }
     }
 
