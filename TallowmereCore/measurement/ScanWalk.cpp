@@ -190,14 +190,14 @@ private:
 
     bool hasWork() const { return !m_ready.empty() || canList(); }
 
-    // Lists while too few files wait to be read, else reads. Called and returns with `lock`.
+    // Lists while too few files wait to be read, else reads; only called when hasWork(), so
+    // there is a job to read whenever the listing cannot be taken. Called and returns with
+    // `lock`.
     void work(Walker& walker, std::unique_lock<std::mutex>& lock) {
         if (canList() && m_ready.size() < m_threadCount) {
             list(walker, lock);
-        } else if (!m_ready.empty()) {
-            read(walker, lock);
         } else {
-            list(walker, lock);
+            read(walker, lock);
         }
         m_changes.fetch_add(1, std::memory_order_relaxed);
         // Waking a thread costs a system call; most of the time none sleeps.
