@@ -90,7 +90,14 @@ bool WalkFolder::isNested(std::string_view entryName) const {
 }
 
 std::string WalkFolder::pathOf(std::string_view entryName) const {
-    std::string joined = path();
+    std::string joined;
+    if (depth <= keptDepth) {
+        // The walk makes one for every folder it enters: one allocation, not two.
+        joined.reserve(keptPath.size() + 1 + entryName.size());
+        joined = keptPath;
+    } else {
+        joined = path();
+    }
     appendName(joined, entryName);
     return joined;
 }
@@ -116,8 +123,7 @@ WalkFolder locationFolder(std::string path, bool protectedFolder,
     WalkFolder root;
     root.nestedNames = nestedNamesIn(path, nestedFolders);
     root.protectedFolder = protectedFolder;
-    root.keptPath = path;
-    root.name = std::move(path);
+    root.keptPath = std::move(path);
     return root;
 }
 

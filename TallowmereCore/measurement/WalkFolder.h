@@ -20,7 +20,7 @@ struct WalkFolder {
     static constexpr std::size_t keptDepth = 64;
 
     std::shared_ptr<const WalkFolder> parent;  // none for the location's own folder
-    std::string name;                          // in the parent; the location folder's path
+    std::string name;                          // in the parent; none for the location's own
     std::uint32_t index = 0;                   // in the parent's listing
     std::size_t depth = 0;                     // 0 for the location's own folder
     // True inside a folder whose files are never cleaned one by one.
