@@ -63,32 +63,6 @@ LocationTally::LocationTally(const LocationScope& scope)
       m_recentCleanupFiles(cleanupFilesCapacity),
       m_unreadable(unreadableEntriesCapacity) {}
 
-namespace {
-
-// An entry's walk order, made only when a list needs it to break a tie or to keep the entry.
-class LazyOrder {
-public:
-    LazyOrder(const WalkFolder& folder, std::uint32_t index) : m_folder(folder), m_index(index) {}
-    // The folder's own order.
-    explicit LazyOrder(const WalkFolder& folder) : m_folder(folder) {}
-
-    const std::string& operator()() {
-        if (!m_made) {
-            m_order = m_index ? m_folder.orderOf(*m_index) : m_folder.order();
-            m_made = true;
-        }
-        return m_order;
-    }
-
-private:
-    const WalkFolder& m_folder;
-    std::optional<std::uint32_t> m_index;
-    std::string m_order;
-    bool m_made = false;
-};
-
-}  // namespace
-
 struct LocationTally::Lists {
     bool largest = false;
     bool cleanup = false;
@@ -98,24 +72,22 @@ struct LocationTally::Lists {
     int count() const { return int{largest} + int{cleanup} + int{recentCleanup} + int{oldLog}; }
 };
 
-void LocationTally::countFile(const WalkFolder& folder, std::uint32_t index, std::string_view name,
-                              const EntryStatus& status) {
+void LocationTally::countFile(const WalkFolder& folder, std::uint64_t position,
+                              std::string_view name, const EntryStatus& status) {
     m_logicalBytes += status.logicalBytes;
     m_allocatedBytes += status.allocatedBytes;
     ++m_fileCount;
-    LazyOrder orderOf(folder, index);
     const Date modified = modifiedDate(status);
-    const Lists lists = listsFor(folder, name, status, modified, orderOf);
+    const Lists lists = listsFor(folder, position, name, status, modified);
     if (lists.count() == 0) {
         return;
     }
     ListedFile entry{folder.filePathOf(name), status.logicalBytes, modified, status.identity};
-    std::string order = orderOf();
     // Each list takes a copy but the last, which takes the entry itself.
     int usesLeft = lists.count();
     const auto take = [&](std::int64_t size) -> Ranked<ListedFile> {
-        return --usesLeft == 0 ? Ranked<ListedFile>{size, std::move(order), std::move(entry)}
-                               : Ranked<ListedFile>{size, order, entry};
+        return --usesLeft == 0 ? Ranked<ListedFile>{size, position, std::move(entry)}
+                               : Ranked<ListedFile>{size, position, entry};
     };
     if (lists.cleanup) {
         m_cleanupFiles.add(take(status.allocatedBytes));
@@ -131,12 +103,11 @@ void LocationTally::countFile(const WalkFolder& folder, std::uint32_t index, std
     }
 }
 
-template <typename OrderOf>
-LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::string_view name,
-                                             const EntryStatus& status, Date modified,
-                                             OrderOf& orderOf) {
+LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::uint64_t position,
+                                             std::string_view name, const EntryStatus& status,
+                                             Date modified) {
     Lists lists;
-    lists.largest = m_largestFiles.admits(status.logicalBytes, orderOf);
+    lists.largest = m_largestFiles.admits(status.logicalBytes, position);
     if (!m_checksFiles) {
         return lists;
     }
@@ -151,23 +122,22 @@ LocationTally::Lists LocationTally::listsFor(const WalkFolder& folder, std::stri
     if (recent) {
         ++m_recentCleanupFileCount;
         m_recentCleanupBytes += status.allocatedBytes;
-        lists.recentCleanup = m_recentCleanupFiles.admits(status.allocatedBytes, orderOf);
+        lists.recentCleanup = m_recentCleanupFiles.admits(status.allocatedBytes, position);
     }
     if (old) {
         ++m_cleanupFileCount;
         m_cleanupBytes += status.allocatedBytes;
-        lists.cleanup = m_cleanupFiles.admits(status.allocatedBytes, orderOf);
+        lists.cleanup = m_cleanupFiles.admits(status.allocatedBytes, position);
     }
-    lists.oldLog = verdict.oldLog && m_oldLogs.admits(status.logicalBytes, orderOf);
+    lists.oldLog = verdict.oldLog && m_oldLogs.admits(status.logicalBytes, position);
     return lists;
 }
 
-void LocationTally::countSkipped(const WalkFolder& folder, std::uint32_t index,
+void LocationTally::countSkipped(const WalkFolder& folder, std::uint64_t position,
                                  std::string_view name, int error) {
     ++m_skippedCount;
-    LazyOrder orderOf(folder, index);
-    if (m_unreadable.admits(0, orderOf)) {
-        m_unreadable.add({0, orderOf(), {folder.pathOf(name), describeErrno(error)}});
+    if (m_unreadable.admits(0, position)) {
+        m_unreadable.add({0, position, {folder.pathOf(name), describeErrno(error)}});
     }
 }
 
@@ -177,9 +147,8 @@ void LocationTally::countSkipped(const WalkFolder& folder, int error) {
 
 void LocationTally::countSkipped(const WalkFolder& folder, std::string reason) {
     ++m_skippedCount;
-    LazyOrder orderOf(folder);
-    if (m_unreadable.admits(0, orderOf)) {
-        m_unreadable.add({0, orderOf(), {folder.path(), std::move(reason)}});
+    if (m_unreadable.admits(0, folder.position)) {
+        m_unreadable.add({0, folder.position, {folder.path(), std::move(reason)}});
     }
 }
 

@@ -30,11 +30,12 @@ class LocationTally {
 public:
     explicit LocationTally(const LocationScope& scope);
 
-    // Counts the regular file `name`, the entry at `index` of `folder`.
-    void countFile(const WalkFolder& folder, std::uint32_t index, std::string_view name,
+    // Counts the regular file `name` in `folder`, met at `position` (see WalkFolder::position).
+    void countFile(const WalkFolder& folder, std::uint64_t position, std::string_view name,
                    const EntryStatus& status);
-    // The entry `name`, at `index` of `folder`, that could not be read or opened for `error`.
-    void countSkipped(const WalkFolder& folder, std::uint32_t index, std::string_view name,
+    // The entry `name` in `folder`, met at `position`, that could not be read or opened for
+    // `error`.
+    void countSkipped(const WalkFolder& folder, std::uint64_t position, std::string_view name,
                       int error);
     // The folder itself, whose listing could not be read on for `error`.
     void countSkipped(const WalkFolder& folder, int error);
@@ -49,9 +50,8 @@ private:
     // The lists a counted file goes into.
     struct Lists;
 
-    template <typename OrderOf>
-    Lists listsFor(const WalkFolder& folder, std::string_view name, const EntryStatus& status,
-                   Date modified, OrderOf& orderOf);
+    Lists listsFor(const WalkFolder& folder, std::uint64_t position, std::string_view name,
+                   const EntryStatus& status, Date modified);
 
     const LocationScope* m_scope;
     bool m_checksFiles;

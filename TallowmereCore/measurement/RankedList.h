@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -13,28 +12,22 @@ namespace tallowmere {
 template <typename Item>
 struct Ranked {
     std::int64_t size = 0;
-    std::string order;  // as WalkFolder::order: comparing bytes compares walk order
+    std::uint64_t position = 0;  // as WalkFolder::position
     Item item;
 };
 
 // The first `capacity` items in rank order of all that were offered, in whatever order they
 // were offered: two walks that offer the same items in different orders keep the same ones.
-// The items stay where they were put; the heap that ranks them holds only their sizes, the
-// start of their orders and their places, so keeping an item moves 24 bytes, not its strings.
+// The items stay where they were put; the heap that ranks them holds only their sizes,
+// positions and places, so keeping an item moves 24 bytes, not the item.
 template <typename Item>
 class RankedList {
 public:
     explicit RankedList(std::size_t capacity) : m_capacity(capacity) {}
 
-    // True when an item of `size` would be kept; `orderOf()` gives its order, which is only
-    // asked for when its size ties with the last item kept.
-    template <typename OrderOf>
-    bool admits(std::int64_t size, OrderOf&& orderOf) const {
-        if (m_heap.size() < m_capacity) {
-            return true;
-        }
-        const Key& last = m_heap.front();
-        return size > last.size || (size == last.size && orderOf() < m_items[last.slot].order);
+    // True when an item of `size` met at `position` would be kept.
+    bool admits(std::int64_t size, std::uint64_t position) const {
+        return m_heap.size() < m_capacity || ranksBefore({size, position}, m_heap.front());
     }
 
     void add(Ranked<Item> ranked) {
@@ -43,44 +36,43 @@ public:
         }
         if (m_heap.size() < m_capacity) {
             m_heap.push_back(
-                {ranked.size, prefixOf(ranked.order), static_cast<std::uint32_t>(m_items.size())});
+                {ranked.size, ranked.position, static_cast<std::uint32_t>(m_items.size())});
             m_items.push_back(std::move(ranked));
-            std::ranges::push_heap(m_heap, ranksBefore());
+            std::ranges::push_heap(m_heap, ranksBefore);
             return;
         }
         const Key last = m_heap.front();
-        if (!(ranked.size > last.size ||
-              (ranked.size == last.size && ranked.order < m_items[last.slot].order))) {
+        const Key key{ranked.size, ranked.position, last.slot};
+        if (!ranksBefore(key, last)) {
             return;
         }
         // The new item takes the place of the one that ranks last.
-        std::ranges::pop_heap(m_heap, ranksBefore());
-        m_heap.back() = {ranked.size, prefixOf(ranked.order), last.slot};
+        std::ranges::pop_heap(m_heap, ranksBefore);
+        m_heap.back() = key;
         m_items[last.slot] = std::move(ranked);
-        std::ranges::push_heap(m_heap, ranksBefore());
+        std::ranges::push_heap(m_heap, ranksBefore);
     }
 
     // Takes in `other`'s items, keeping the first `capacity` of both with one selection.
     void add(RankedList&& other) {
         for (const Key& key : other.m_heap) {
-            m_heap.push_back(
-                {key.size, key.orderPrefix, static_cast<std::uint32_t>(m_items.size())});
+            m_heap.push_back({key.size, key.position, static_cast<std::uint32_t>(m_items.size())});
             m_items.push_back(std::move(other.m_items[key.slot]));
         }
         other.m_heap.clear();
         other.m_items.clear();
         if (m_heap.size() > m_capacity) {
             const auto kept = m_heap.begin() + static_cast<std::ptrdiff_t>(m_capacity);
-            std::ranges::nth_element(m_heap, kept, ranksBefore());
+            std::ranges::nth_element(m_heap, kept, ranksBefore);
             m_heap.erase(kept, m_heap.end());
             compact();
         }
-        std::ranges::make_heap(m_heap, ranksBefore());
+        std::ranges::make_heap(m_heap, ranksBefore);
     }
 
     // The items kept, first in rank first.
     std::vector<Ranked<Item>> sorted() && {
-        std::ranges::sort(m_heap, ranksBefore());
+        std::ranges::sort(m_heap, ranksBefore);
         std::vector<Ranked<Item>> items;
         items.reserve(m_heap.size());
         for (const Key& key : m_heap) {
@@ -92,33 +84,15 @@ public:
 private:
     struct Key {
         std::int64_t size = 0;
-        std::uint64_t orderPrefix = 0;  // see prefixOf()
-        std::uint32_t slot = 0;         // in m_items
+        std::uint64_t position = 0;
+        std::uint32_t slot = 0;  // in m_items
     };
 
-    // The first eight bytes of an order as a number, missing bytes as zeros: a smaller prefix
-    // means an earlier order, so most ties are settled without comparing the strings.
-    static std::uint64_t prefixOf(const std::string& order) {
-        std::uint64_t prefix = 0;
-        for (std::size_t index = 0; index < 8; ++index) {
-            prefix = (prefix << 8) |
-                     (index < order.size() ? static_cast<unsigned char>(order[index]) : 0u);
-        }
-        return prefix;
-    }
-
     // Orders keys first in rank first: larger sizes, then earlier in walk order.
-    auto ranksBefore() const {
-        return [this](const Key& first, const Key& second) {
-            if (first.size != second.size) {
-                return first.size > second.size;
-            }
-            if (first.orderPrefix != second.orderPrefix) {
-                return first.orderPrefix < second.orderPrefix;
-            }
-            return m_items[first.slot].order < m_items[second.slot].order;
-        };
-    }
+    static constexpr auto ranksBefore = [](const Key& first, const Key& second) {
+        return first.size != second.size ? first.size > second.size
+                                         : first.position < second.position;
+    };
 
     // Drops the items no key points at, so the list holds no more than it keeps.
     void compact() {

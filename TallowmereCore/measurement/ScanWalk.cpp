@@ -33,7 +33,7 @@ constexpr auto spinTime = std::chrono::microseconds(50);
 struct WaitingFile {
     std::uint32_t nameOffset = 0;  // in Job::names, NUL-terminated there
     std::uint32_t nameLength = 0;
-    std::uint32_t index = 0;  // in its folder's listing
+    std::uint64_t position = 0;  // as WalkFolder::position
     bool statusRead = false;
     EntryStatus status;
 };
@@ -48,7 +48,7 @@ struct Segment {
 // A file that may be met again, kept until the walk's earlier meetings have been taken.
 struct Meeting {
     std::shared_ptr<const WalkFolder> folder;
-    std::uint32_t index = 0;
+    std::uint64_t position = 0;
     std::string name;
     EntryStatus status;
 };
@@ -317,32 +317,33 @@ private:
         if (++m_listing.entries > m_settings.maxEntries) {
             return false;
         }
-        const auto index = static_cast<std::uint32_t>(level.chunkIndex + position);
+        // One thread lists the whole location depth first, so entries are counted in walk order.
+        const auto walked = static_cast<std::uint64_t>(m_listing.entries);
         if (entry.status.kind == EntryKind::unknown) {
             // Only a status tells what it is.
             level.stream->completeStatus(level.chunk, entry);
             if (entry.statusFailed) {
                 ++job.otherEntries;
-                tallyOf(walker, job.root).countSkipped(folder, index, name, errno);
+                tallyOf(walker, job.root).countSkipped(folder, walked, name, errno);
                 return true;
             }
             if (entry.status.kind == EntryKind::regularFile) {
-                addFile(level, entry, index, true, job);
+                addFile(level, entry, walked, true, job);
                 return true;
             }
         }
         if (entry.status.kind == EntryKind::regularFile) {
-            addFile(level, entry, index, false, job);
+            addFile(level, entry, walked, false, job);
             return true;
         }
         ++job.otherEntries;
         if (entry.status.kind == EntryKind::directory) {
-            descend(walker, level, entry, index, job);
+            descend(walker, level, entry, walked, job);
         }
         return true;
     }
 
-    void addFile(const Stack::Level& level, const DirectoryEntry& entry, std::uint32_t index,
+    void addFile(const Stack::Level& level, const DirectoryEntry& entry, std::uint64_t position,
                  bool statusRead, Job& job) {
         if (job.segments.empty() || job.segments.back().folder != level.place) {
             job.segments.push_back({level.stream, level.place, job.files.size()});
@@ -351,7 +352,7 @@ private:
         WaitingFile file;
         file.nameOffset = static_cast<std::uint32_t>(job.names.size());
         file.nameLength = static_cast<std::uint32_t>(name.size());
-        file.index = index;
+        file.position = position;
         file.statusRead = statusRead;
         if (statusRead) {
             file.status = entry.status;
@@ -363,17 +364,17 @@ private:
     }
 
     void descend(Walker& walker, const Stack::Level& parent, const DirectoryEntry& entry,
-                 std::uint32_t index, const Job& job) {
+                 std::uint64_t position, const Job& job) {
         const std::string_view name = parent.chunk.name(entry);
         DirectoryStream child =
             DirectoryStream::openChild(parent.stream->fd(), parent.chunk.cName(entry));
         if (!child.valid()) {
-            tallyOf(walker, job.root).countSkipped(*parent.place, index, name, errno);
+            tallyOf(walker, job.root).countSkipped(*parent.place, position, name, errno);
             return;
         }
         const LocationScope& scope = *m_locations[job.root];
         auto folder = std::make_shared<const WalkFolder>(
-            childFolder(parent.place, name, index, scope.checksFiles(), scope.nestedFolders));
+            childFolder(parent.place, name, position, scope.checksFiles(), scope.nestedFolders));
         // Invalidates `parent` and `entry`.
         m_listing.stack.push(std::move(folder), std::move(child));
     }
@@ -394,7 +395,7 @@ private:
                 const std::string_view name(cName, file.nameLength);
                 if (!file.statusRead &&
                     !readEntryStatus(segment.stream->fd(), cName, file.status)) {
-                    tally.countSkipped(*segment.folder, file.index, name, errno);
+                    tally.countSkipped(*segment.folder, file.position, name, errno);
                     continue;
                 }
                 if (file.status.kind != EntryKind::regularFile) {
@@ -403,9 +404,9 @@ private:
                 walker.pace.fileMeasured(file.status.allocatedBytes);
                 if (scope.mayRecur(file.status)) {
                     job.meetings.push_back(
-                        {segment.folder, file.index, std::string(name), file.status});
+                        {segment.folder, file.position, std::string(name), file.status});
                 } else {
-                    tally.countFile(*segment.folder, file.index, name, file.status);
+                    tally.countFile(*segment.folder, file.position, name, file.status);
                 }
             }
         }
@@ -423,7 +424,7 @@ private:
             for (const Meeting& meeting : job.meetings) {
                 if (m_counted.insert(meeting.status.identity)) {
                     tallyOf(walker, job.root)
-                        .countFile(*meeting.folder, meeting.index, meeting.name, meeting.status);
+                        .countFile(*meeting.folder, meeting.position, meeting.name, meeting.status);
                 }
             }
             if (job.endsLocation) {
