@@ -18,13 +18,6 @@ constexpr double logMinimumAge = 604800;   // a week
 constexpr std::array<std::string_view, 13> protectedFolderNames = {
     "auth",   "credentials", "secrets",   "tokens", "sessions", "history", "conversations",
     "memory", "checkpoints", "worktrees", "models", "weights",  ".git"};
-constexpr std::array<std::string_view, 4> sensitiveNameParts = {"auth", "credential", "secret",
-                                                                "token"};
-constexpr std::array<std::string_view, 15> excludedExtensions = {
-    "db",  "vscdb", "sqlite", "sqlite3",     "ldb",  "lock", "pem", "key",
-    "p12", "pfx",   "gguf",   "safetensors", "onnx", "pt",   "pth"};
-constexpr std::array<std::string_view, 4> excludedEndings = {"-wal", "-shm", "-journal", ".lock"};
-
 bool contains(const auto& list, std::string_view word) {
     return std::ranges::find(list, word) != list.end();
 }
@@ -72,14 +65,67 @@ bool isLowerLogFileName(std::string_view lowerName) {
     return extensionOf(lowerName) == "log" || isRotatedLogName(lowerName);
 }
 
+// True when "auth", "credential", "secret" or "token" is part of `lowerName`. A walk asks this
+// of every file of a cache location, so the name is read once, not once per word.
+bool hasSensitivePart(std::string_view lowerName) {
+    for (std::size_t at = 0; at < lowerName.size(); ++at) {
+        const std::string_view rest = lowerName.substr(at);
+        switch (rest.front()) {
+            case 'a':
+                if (rest.starts_with("auth")) {
+                    return true;
+                }
+                break;
+            case 'c':
+                if (rest.starts_with("credential")) {
+                    return true;
+                }
+                break;
+            case 's':
+                if (rest.starts_with("secret")) {
+                    return true;
+                }
+                break;
+            case 't':
+                if (rest.starts_with("token")) {
+                    return true;
+                }
+                break;
+            default:
+                break;
+        }
+    }
+    return false;
+}
+
+// The extensions of databases, locks, keys and model weights. Written out by length so that
+// each comparison is one of known size.
+bool isExcludedExtension(std::string_view extension) {
+    switch (extension.size()) {
+        case 2:
+            return extension == "db" || extension == "pt";
+        case 3:
+            return extension == "ldb" || extension == "pem" || extension == "key" ||
+                   extension == "p12" || extension == "pfx" || extension == "pth";
+        case 4:
+            return extension == "lock" || extension == "gguf" || extension == "onnx";
+        case 5:
+            return extension == "vscdb";
+        case 6:
+            return extension == "sqlite";
+        case 7:
+            return extension == "sqlite3";
+        case 11:
+            return extension == "safetensors";
+        default:
+            return false;
+    }
+}
+
 bool hasExcludedName(std::string_view lowerName) {
-    const auto hasPart = [&](std::string_view part) {
-        return lowerName.find(part) != lowerName.npos;
-    };
-    const auto endsWith = [&](std::string_view ending) { return lowerName.ends_with(ending); };
-    return std::ranges::any_of(sensitiveNameParts, hasPart) ||
-           contains(excludedExtensions, extensionOf(lowerName)) ||
-           std::ranges::any_of(excludedEndings, endsWith) || lowerName == ".env" ||
+    return hasSensitivePart(lowerName) || isExcludedExtension(extensionOf(lowerName)) ||
+           lowerName.ends_with("-wal") || lowerName.ends_with("-shm") ||
+           lowerName.ends_with("-journal") || lowerName.ends_with(".lock") || lowerName == ".env" ||
            lowerName.starts_with(".env.");
 }
 
@@ -113,13 +159,14 @@ FileVerdict verdictInFolder(std::string_view lowerName, bool folderProtected, Da
     const double age = now - modified;
     FileVerdict verdict;
     double minimumAge = cacheMinimumAge;
-    if (category == "Logs") {
+    const std::string_view kind = category;
+    if (kind == "Logs") {
         if (!isLowerLogFileName(lowerName)) {
             return verdict;
         }
         minimumAge = logMinimumAge;
         verdict.oldLog = age >= logMinimumAge;
-    } else if (category != "Cache") {
+    } else if (kind != "Cache") {
         return verdict;
     }
     if (folderProtected || hasExcludedName(lowerName)) {

@@ -46,13 +46,36 @@ TEST(AIStorageCleanup, RefusesProtectedFoldersAndSensitiveNames) {
           "/h/.cache/.GIT/blob", "/h/weights/c/blob"}) {
         EXPECT_FALSE(eligible(path, 100 * day, "Cache")) << path;
     }
-    for (const char* name :
-         {"state.vscdb", "index.sqlite3-wal", "model.GGUF", "npm.lock", ".env.local", ".env",
-          "credentials.json", "my_token_cache", "tokenizer.json", "oauth-cache.bin", "db.SQLITE",
-          "x.journal-journal", "w.pth"}) {
+    for (const char* name : {"state.vscdb",
+                             "index.sqlite3-wal",
+                             "model.GGUF",
+                             "npm.lock",
+                             ".env.local",
+                             ".env",
+                             "credentials.json",
+                             "my_token_cache",
+                             "tokenizer.json",
+                             "oauth-cache.bin",
+                             "db.SQLITE",
+                             "x.journal-journal",
+                             "w.pth",
+                             "a.DB",
+                             "a.pt",
+                             "a.ldb",
+                             "a.pem",
+                             "a.key",
+                             "a.p12",
+                             "a.pfx",
+                             "a.onnx",
+                             "a.sqlite",
+                             "a.safetensors",
+                             "log-shm",
+                             "x.Secret",
+                             "pre_auth"}) {
         EXPECT_FALSE(eligible(std::string("/h/.cache/") + name, 100 * day, "Cache")) << name;
     }
-    for (const char* name : {"x.env", "env.json", "models.json", ".lockfile", "history"}) {
+    for (const char* name : {"x.env", "env.json", "models.json", ".lockfile", "history", "a.dbx",
+                             "a.p", "a.safetensor", "a.ptt", "toke", "secre", "cred"}) {
         EXPECT_TRUE(eligible(std::string("/h/.cache/") + name, 100 * day, "Cache")) << name;
     }
     EXPECT_FALSE(eligible("/h/logs/sessions/a.log", 100 * day, "Logs"));
