@@ -22,7 +22,7 @@ void writeEntryFields(JsonWriter& json, const FileEntry& entry) {
     json.date(entry.modified);
     json.key("fileIdentity");
     if (entry.fileIdentity) {
-        json.string(*entry.fileIdentity);
+        json.string(entry.fileIdentity->text());
     } else {
         json.null();
     }
@@ -110,7 +110,15 @@ std::optional<FileEntry> readEntry(const JsonValue& value) {
     if (!path || !bytes || !modified || (!identity.string() && !identity.isNull())) {
         return std::nullopt;
     }
-    return FileEntry{*path, *bytes, *modified, identity.string()};
+    std::optional<FileIdentity> fileIdentity;
+    if (const auto text = identity.string()) {
+        // A damaged identity must not pass for none, which would check nothing.
+        fileIdentity = FileIdentity::parse(*text);
+        if (!fileIdentity) {
+            return std::nullopt;
+        }
+    }
+    return FileEntry{*path, *bytes, *modified, fileIdentity};
 }
 
 std::optional<StorageCleanupFile> readCleanupFile(const JsonValue& value) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "measurement/Date.h"
+#include "platform/FileIdentity.h"
 #include "platform/FilePath.h"
 
 namespace tallowmere {
@@ -16,7 +17,7 @@ struct FileEntry {
     std::int64_t bytes = 0;
     Date modified = distantFuture;
     // Equal for two paths exactly when they name the same file on the same volume.
-    std::optional<std::string> fileIdentity;
+    std::optional<FileIdentity> fileIdentity;
 
     std::string id() const { return std::string(url.native()); }
     std::filesystem::path name() const { return std::filesystem::path(url).filename(); }

@@ -22,27 +22,23 @@ Date modifiedDate(const EntryStatus& status) {
 }
 
 // Lists are made to their exact size: a scan result is kept for a long time.
-FileEntry entryOf(ListedFile&& file) {
-    return {std::move(file.url), file.bytes, file.modified, file.identity.text()};
-}
-
-std::vector<FileEntry> entriesOf(RankedList<ListedFile>&& list) {
+std::vector<FileEntry> entriesOf(RankedList<FileEntry>&& list) {
     auto sorted = std::move(list).sorted();
     std::vector<FileEntry> entries;
     entries.reserve(sorted.size());
     for (auto& ranked : sorted) {
-        entries.push_back(entryOf(std::move(ranked.item)));
+        entries.push_back(std::move(ranked.item));
     }
     return entries;
 }
 
-std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<ListedFile>&& list,
+std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<FileEntry>&& list,
                                                const LocationScope& scope, bool includesRecent) {
     auto sorted = std::move(list).sorted();
     std::vector<StorageCleanupFile> files;
     files.reserve(sorted.size());
     for (auto& ranked : sorted) {
-        files.push_back({.entry = entryOf(std::move(ranked.item)),
+        files.push_back({.entry = std::move(ranked.item),
                          .root = scope.url,
                          .category = scope.location.category,
                          .allocatedBytes = ranked.size,
@@ -82,12 +78,12 @@ void LocationTally::countFile(const WalkFolder& folder, std::uint64_t position,
     if (lists.count() == 0) {
         return;
     }
-    ListedFile entry{folder.filePathOf(name), status.logicalBytes, modified, status.identity};
+    FileEntry entry{folder.filePathOf(name), status.logicalBytes, modified, status.identity};
     // Each list takes a copy but the last, which takes the entry itself.
     int usesLeft = lists.count();
-    const auto take = [&](std::int64_t size) -> Ranked<ListedFile> {
-        return --usesLeft == 0 ? Ranked<ListedFile>{size, position, std::move(entry)}
-                               : Ranked<ListedFile>{size, position, entry};
+    const auto take = [&](std::int64_t size) -> Ranked<FileEntry> {
+        return --usesLeft == 0 ? Ranked<FileEntry>{size, position, std::move(entry)}
+                               : Ranked<FileEntry>{size, position, entry};
     };
     if (lists.cleanup) {
         m_cleanupFiles.add(take(status.allocatedBytes));

@@ -15,14 +15,6 @@
 
 namespace tallowmere {
 
-// A file as a tally's lists keep it; it becomes a FileEntry only if it is still kept at the end.
-struct ListedFile {
-    FilePath url;
-    std::int64_t bytes = 0;
-    Date modified = distantFuture;
-    FileIdentity identity;
-};
-
 // What walks have measured of one location so far: sums, and the files its lists keep. Files
 // may be counted in any order, and tallies of parts of a location added up in any order; the
 // lists come out as one thread walking the whole location in order would keep them.
@@ -59,10 +51,10 @@ private:
     std::int64_t m_logicalBytes = 0;
     std::int64_t m_fileCount = 0;
     std::int64_t m_skippedCount = 0;
-    RankedList<ListedFile> m_largestFiles;
-    RankedList<ListedFile> m_oldLogs;
-    RankedList<ListedFile> m_cleanupFiles;  // ranked by allocated bytes
-    RankedList<ListedFile> m_recentCleanupFiles;
+    RankedList<FileEntry> m_largestFiles;
+    RankedList<FileEntry> m_oldLogs;
+    RankedList<FileEntry> m_cleanupFiles;  // ranked by allocated bytes
+    RankedList<FileEntry> m_recentCleanupFiles;
     // All of equal rank, so the first in walk order are kept.
     RankedList<UnreadableFolder> m_unreadable;
     std::int64_t m_cleanupFileCount = 0;

@@ -6,7 +6,7 @@ namespace tallowmere::FileTrash {
 
 void validate(const FileEntry& entry, const EntryStatus& status,
               std::optional<Date> statusChanged) {
-    const bool sameIdentity = !entry.fileIdentity || status.identity.text() == *entry.fileIdentity;
+    const bool sameIdentity = !entry.fileIdentity || status.identity == *entry.fileIdentity;
     const bool sameDate =
         status.hasModified &&
         dateFromFileTime(status.modifiedSeconds, status.modifiedNanoseconds) == entry.modified;

@@ -85,7 +85,7 @@ void removeOne(const StorageLocationSnapshot& reviewed, StorageRemovalMethod met
     original.url = reviewed.url;
     original.bytes = 0;
     original.modified = reviewed.modified;
-    original.fileIdentity = reviewed.fileIdentity;
+    original.fileIdentity = FileIdentity::parse(reviewed.fileIdentity);
     ++result.moved;
     result.items.push_back({std::move(original), item.trashLocation(), reviewed});
     if (options.onTrashed) {

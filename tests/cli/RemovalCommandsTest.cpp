@@ -242,6 +242,23 @@ TEST_F(RemovalCommands, ReviewsAreSelectionsThatCannotReachBeyondTheTool) {
     EXPECT_EQ(contentOf(notes), "xxx");
 }
 
+// The identity a review holds for a file is what removal checks the file against: edited to
+// nonsense or to another file's, it must not pass for no identity or for the file's own.
+TEST_F(RemovalCommands, AFileWhoseIdentityWasEditedIsLeftInPlace) {
+    ASSERT_EQ(reviewAll().exitCode, 0);
+    const auto text = contentOf(review);
+    const std::string identity = Json::parse(text)["files"][0]["fileIdentity"];
+    int round = 0;
+    for (const std::string& edit : {std::string("garbage"), std::string("1:2"), identity + "0",
+                                    std::string(""), ":" + identity}) {
+        const auto edited = (home / ("edited" + std::to_string(++round) + ".json")).native();
+        std::ofstream(edited) << forged(text, "\"" + identity + "\"", "\"" + edit + "\"");
+        const auto refused = runCli({"remove", edited}, home.root());
+        EXPECT_EQ(refused.exitCode, 1) << edit;
+        EXPECT_TRUE(presentAt(home / ".codex/log/old.log")) << edit;
+    }
+}
+
 TEST_F(RemovalCommands, NeverLosesOrReplacesAnUndoRecord) {
     const auto sessions = (home / ".codex/sessions").native();
     const auto logs = (home / ".codex/log").native();

@@ -89,8 +89,7 @@ TEST(AIStorageScanner, SumsFilesAndSortsFindingsLargestFirst) {
     EXPECT_EQ(finding.largestFiles[0].url, big);
     struct stat status;
     ASSERT_EQ(::stat(big.c_str(), &status), 0);
-    EXPECT_EQ(finding.largestFiles[0].fileIdentity,
-              std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino));
+    EXPECT_EQ(finding.largestFiles[0].fileIdentity, (FileIdentity{status.st_dev, status.st_ino}));
     EXPECT_EQ(findingFor(scan, ".empty").fileCount, 0);
     EXPECT_EQ(scan.allocatedBytes(), finding.allocatedBytes + scan.findings[1].allocatedBytes);
     EXPECT_FALSE(scan.incomplete());

@@ -22,7 +22,7 @@ std::string describe(const StorageScan& scan) {
         text << name;
         for (const auto& entry : list) {
             text << ' ' << entry.url.native() << ':' << entry.bytes << ':' << entry.modified << ':'
-                 << entry.fileIdentity.value_or("-");
+                 << (entry.fileIdentity ? entry.fileIdentity->text() : "-");
         }
         text << '\n';
     };

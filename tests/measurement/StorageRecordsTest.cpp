@@ -44,10 +44,10 @@ TEST(StorageLocation, UrlIsStandardizedAndKeepsComponents) {
 }
 
 TEST(FileEntry, EqualityTakesEveryField) {
-    const FileEntry entry{"/h/a.log", 3, 10.5, "1:2"};
-    EXPECT_EQ(entry, (FileEntry{"/h/a.log", 3, 10.5, "1:2"}));
+    const FileEntry entry{"/h/a.log", 3, 10.5, FileIdentity{1, 2}};
+    EXPECT_EQ(entry, (FileEntry{"/h/a.log", 3, 10.5, FileIdentity{1, 2}}));
     EXPECT_NE(entry, (FileEntry{"/h/a.log", 3, 10.5, std::nullopt}));
-    EXPECT_NE(entry, (FileEntry{"/h/a.log", 3, 10.25, "1:2"}));
+    EXPECT_NE(entry, (FileEntry{"/h/a.log", 3, 10.25, FileIdentity{1, 2}}));
     EXPECT_EQ(entry.id(), "/h/a.log");
     EXPECT_EQ(entry.name(), "a.log");
 }

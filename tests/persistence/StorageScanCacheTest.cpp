@@ -35,7 +35,7 @@ StorageScan sampleScan(Date completed = completedAt) {
     sessions.allocatedBytes = 8192;
     sessions.logicalBytes = 5000;
     sessions.fileCount = 2;
-    sessions.largestFiles = {FileEntry{"/home/dev/.claude/projects/a.jsonl", 5000, 1.0, "1:2"}};
+    sessions.largestFiles = {FileEntry{"/home/dev/.claude/projects/a.jsonl", 5000, 1.0, FileIdentity{1, 2}}};
     StorageFinding odd;
     odd.location = {"Custom", "Custom folder", "/b/we\nird\xFF", "A folder you track"};
     odd.url = odd.location.relativePath;

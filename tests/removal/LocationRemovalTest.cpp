@@ -50,7 +50,7 @@ TEST_F(LocationRemovalFixture, RemovesOnlyUnchangedOutermostFolders) {
     EXPECT_THAT(result.errors, ElementsAre(".grew: " + changed));
     ASSERT_EQ(result.items.size(), 2u);
     EXPECT_EQ(result.items[0].original,
-              (FileEntry{outer.url, 0, outer.modified, outer.fileIdentity}));
+              (FileEntry{outer.url, 0, outer.modified, FileIdentity::parse(outer.fileIdentity)}));
     EXPECT_EQ(result.items[0].locationSnapshot, outer);
     EXPECT_TRUE(presentAt(result.items[0].trashURL / "y/file"));
     EXPECT_TRUE(presentAt(tree / "home/.grew/new"));
