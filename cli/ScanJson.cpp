@@ -9,23 +9,28 @@ namespace tallowmere::cli {
 
 namespace {
 
-void writeEntries(JsonWriter& json, const char* key, const std::vector<FileEntry>& entries) {
+// The lists hold up to 500 files a location: each goes out as it is written, so the output
+// never holds a whole list.
+void writeEntries(JsonWriter& json, const char* key, const std::vector<FileEntry>& entries,
+                  std::ostream& out) {
     json.key(key);
     json.beginArray();
     for (const auto& entry : entries) {
         json.beginObject();
         writeEntryFields(json, entry);
         json.endObject();
+        json.flushTo(out);
     }
     json.endArray();
 }
 
 void writeCleanupFiles(JsonWriter& json, const char* key,
-                       const std::vector<StorageCleanupFile>& files) {
+                       const std::vector<StorageCleanupFile>& files, std::ostream& out) {
     json.key(key);
     json.beginArray();
     for (const auto& file : files) {
         writeCleanupFile(json, file);
+        json.flushTo(out);
     }
     json.endArray();
 }
@@ -59,7 +64,7 @@ void writeGuidance(JsonWriter& json, const StorageGuidance& guidance) {
     json.endObject();
 }
 
-void writeFinding(JsonWriter& json, const StorageFinding& finding) {
+void writeFinding(JsonWriter& json, const StorageFinding& finding, std::ostream& out) {
     json.beginObject();
     writeLocationFields(json, finding.location);
     json.key("path");
@@ -74,10 +79,10 @@ void writeFinding(JsonWriter& json, const StorageFinding& finding) {
     json.integer(finding.skippedCount);
     json.key("limited");
     json.boolean(finding.limited);
-    writeEntries(json, "largestFiles", finding.largestFiles);
-    writeEntries(json, "oldLogs", finding.oldLogs);
-    writeCleanupFiles(json, "cleanupFiles", finding.cleanupFiles);
-    writeCleanupFiles(json, "recentCleanupFiles", finding.recentCleanupFiles);
+    writeEntries(json, "largestFiles", finding.largestFiles, out);
+    writeEntries(json, "oldLogs", finding.oldLogs, out);
+    writeCleanupFiles(json, "cleanupFiles", finding.cleanupFiles, out);
+    writeCleanupFiles(json, "recentCleanupFiles", finding.recentCleanupFiles, out);
     writeGuidance(json, StorageGuidance::forCategory(finding.location.category));
     json.key("cleanupFileCount");
     json.integer(finding.cleanupFileCount);
@@ -143,7 +148,7 @@ void writeScanJson(std::ostream& out, StorageScan scan, const std::filesystem::p
     json.key("findings");
     json.beginArray();
     for (const auto& finding : scan.findings) {
-        writeFinding(json, finding);
+        writeFinding(json, finding, out);
         json.flushTo(out);
     }
     json.endArray();
