@@ -18,15 +18,44 @@ std::size_t slotOf(std::uint64_t inode, std::size_t capacity) {
 }  // namespace
 
 bool CountedIdentities::insert(const FileIdentity& identity) {
-    auto table = std::ranges::find(m_devices, identity.device, &DeviceTable::device);
+    DeviceTable& table = tableOf(identity.device);
+    if (identity.inode == 0) {
+        return !std::exchange(table.holdsInodeZero, true);
+    }
+    return insertInto(table, identity.inode);
+}
+
+bool CountedIdentities::insertOneOfTwoNames(const FileIdentity& identity) {
+    DeviceTable& table = tableOf(identity.device);
+    if (identity.inode == 0) {
+        return !std::exchange(table.holdsInodeZero, !table.holdsInodeZero);
+    }
+    if (!table.slots.empty()) {
+        const std::size_t slot = slotFor(table, identity.inode);
+        if (table.slots[slot] == identity.inode) {
+            erase(table, slot);
+            return false;
+        }
+    }
+    return insertInto(table, identity.inode);
+}
+
+CountedIdentities::DeviceTable& CountedIdentities::tableOf(std::uint64_t device) {
+    auto table = std::ranges::find(m_devices, device, &DeviceTable::device);
     if (table == m_devices.end()) {
-        m_devices.push_back({identity.device, {}, 0, false});
+        m_devices.push_back({device, {}, 0, false});
         table = std::prev(m_devices.end());
     }
-    if (identity.inode == 0) {
-        return !std::exchange(table->holdsInodeZero, true);
+    return *table;
+}
+
+std::size_t CountedIdentities::slotFor(const DeviceTable& table, std::uint64_t inode) {
+    const std::size_t mask = table.slots.size() - 1;
+    std::size_t slot = slotOf(inode, table.slots.size());
+    while (table.slots[slot] != inode && table.slots[slot] != 0) {
+        slot = (slot + 1) & mask;
     }
-    return insertInto(*table, identity.inode);
+    return slot;
 }
 
 bool CountedIdentities::insertInto(DeviceTable& table, std::uint64_t inode) {
@@ -35,17 +64,32 @@ bool CountedIdentities::insertInto(DeviceTable& table, std::uint64_t inode) {
     if ((table.used + 1) * 8 > table.slots.size() * 7) {
         grow(table);
     }
+    const std::size_t slot = slotFor(table, inode);
+    if (table.slots[slot] == inode) {
+        return false;
+    }
+    table.slots[slot] = inode;
+    ++table.used;
+    return true;
+}
+
+// Empties `slot`, moving back the inodes after it that could not take their own slot, so that
+// every inode stays reachable from its own slot without gaps.
+void CountedIdentities::erase(DeviceTable& table, std::size_t slot) {
     const std::size_t mask = table.slots.size() - 1;
-    for (std::size_t slot = slotOf(inode, table.slots.size());; slot = (slot + 1) & mask) {
-        if (table.slots[slot] == inode) {
-            return false;
-        }
-        if (table.slots[slot] == 0) {
-            table.slots[slot] = inode;
-            ++table.used;
-            return true;
+    std::size_t empty = slot;
+    for (std::size_t next = (slot + 1) & mask; table.slots[next] != 0; next = (next + 1) & mask) {
+        const std::size_t home = slotOf(table.slots[next], table.slots.size());
+        // Whether `home` lies cyclically in (empty, next]: then the inode stays where it is.
+        const bool staysReachable =
+            empty <= next ? (empty < home && home <= next) : (empty < home || home <= next);
+        if (!staysReachable) {
+            table.slots[empty] = table.slots[next];
+            empty = next;
         }
     }
+    table.slots[empty] = 0;
+    --table.used;
 }
 
 void CountedIdentities::grow(DeviceTable& table) {

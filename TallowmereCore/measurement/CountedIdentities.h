@@ -15,6 +15,10 @@ class CountedIdentities {
 public:
     // True when `identity` was not counted yet; it is from now on.
     bool insert(const FileIdentity& identity);
+    // As insert(), for a file that can only be met under its two names: its second meeting
+    // forgets it, since nothing can meet it again. A store whose files have a second name close
+    // by then holds only the files whose second name is still ahead.
+    bool insertOneOfTwoNames(const FileIdentity& identity);
 
 private:
     struct DeviceTable {
@@ -25,7 +29,11 @@ private:
         bool holdsInodeZero = false;
     };
 
+    DeviceTable& tableOf(std::uint64_t device);
+    // The slot that holds `inode`, else the empty one where it would go.
+    static std::size_t slotFor(const DeviceTable& table, std::uint64_t inode);
     static bool insertInto(DeviceTable& table, std::uint64_t inode);
+    static void erase(DeviceTable& table, std::size_t slot);
     static void grow(DeviceTable& table);
 
     std::vector<DeviceTable> m_devices;  // a scan meets very few

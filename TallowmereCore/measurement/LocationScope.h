@@ -29,8 +29,15 @@ struct LocationScope {
     // True for a file that may be met again, under another name or through another mount; only
     // its first meeting counts.
     bool mayRecur(const EntryStatus& status) const {
-        return status.linkCount > 1 || status.mountId != rootStatus.mountId ||
-               status.identity.device != rootStatus.identity.device;
+        return status.linkCount > 1 || !onRootMount(status);
+    }
+    // True for a file that can be met under its two names and no other way.
+    bool hasTwoNamesOnly(const EntryStatus& status) const {
+        return status.linkCount == 2 && onRootMount(status);
+    }
+    bool onRootMount(const EntryStatus& status) const {
+        return status.mountId == rootStatus.mountId &&
+               status.identity.device == rootStatus.identity.device;
     }
     WalkFolder rootFolder() const;
 };

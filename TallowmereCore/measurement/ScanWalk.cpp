@@ -421,8 +421,11 @@ private:
         for (auto next = m_read.find(m_nextTurn); next != m_read.end();
              next = m_read.find(++m_nextTurn)) {
             Job& job = *next->second;
+            const LocationScope& scope = *m_locations[job.root];
             for (const Meeting& meeting : job.meetings) {
-                if (m_counted.insert(meeting.status.identity)) {
+                const FileIdentity& identity = meeting.status.identity;
+                if (scope.hasTwoNamesOnly(meeting.status) ? m_counted.insertOneOfTwoNames(identity)
+                                                          : m_counted.insert(identity)) {
                     tallyOf(walker, job.root)
                         .countFile(*meeting.folder, meeting.position, meeting.name, meeting.status);
                 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <map>
 #include <random>
 #include <set>
 #include <utility>
@@ -34,6 +35,39 @@ TEST(CountedIdentities, CountsEachIdentityOnceAsASetWould) {
     check(~0ULL, 0);
     check(~0ULL, ~0ULL);
     check(~0ULL, ~0ULL);
+}
+
+// Files met under each of their two names, the second meeting forgetting them, mixed with files
+// that are remembered for good: against a count of meetings, through growths of the table and
+// the moves that forgetting makes among inodes that share slots.
+TEST(CountedIdentities, ForgetsAFileOfTwoNamesOnceBothWereMet) {
+    const auto meet = [](std::uint64_t inodes, bool someKept, std::uint64_t seed) {
+        CountedIdentities counted;
+        std::map<std::pair<std::uint64_t, std::uint64_t>, int> meetings;
+        std::set<std::pair<std::uint64_t, std::uint64_t>> kept;
+        std::mt19937_64 random(seed);
+        for (int draw = 0; draw < 200000; ++draw) {
+            const std::uint64_t device = 1 + random() % 2;
+            // Many alike in the bits the table's hash starts from.
+            const std::uint64_t inode =
+                random() % 4 == 0 ? (random() % 64) << 32 : random() % inodes;
+            const std::pair key{device, inode};
+            if (someKept && inode % 5 == 0) {
+                ASSERT_EQ(counted.insert({device, inode}), kept.insert(key).second) << draw;
+                continue;
+            }
+            ASSERT_EQ(counted.insertOneOfTwoNames({device, inode}), meetings[key]++ % 2 == 0)
+                << draw;
+        }
+    };
+    meet(40000, true, 11);
+    // About 800 of 1,600 files met once at any time: a table of 1,024 slots that stays
+    // nearly full, where runs of taken slots wrap around its end.
+    meet(1600, false, 12);
+    CountedIdentities counted;
+    EXPECT_TRUE(counted.insertOneOfTwoNames({3, 0}));
+    EXPECT_FALSE(counted.insertOneOfTwoNames({3, 0}));
+    EXPECT_TRUE(counted.insertOneOfTwoNames({3, 0}));
 }
 
 }  // namespace
