@@ -35,7 +35,7 @@ void writeCleanupFileFields(JsonWriter& json, const StorageCleanupFile& file) {
     json.key("root");
     json.string(file.root.native());
     json.key("category");
-    json.string(file.category);
+    json.string(nameOf(file.category));
     json.key("allocatedBytes");
     json.integer(file.allocatedBytes);
     json.key("includesRecent");
@@ -124,7 +124,8 @@ std::optional<FileEntry> readEntry(const JsonValue& value) {
 std::optional<StorageCleanupFile> readCleanupFile(const JsonValue& value) {
     const auto entry = readEntry(value);
     const auto root = value.member("root").string();
-    const auto category = value.member("category").string();
+    const auto name = value.member("category").string();
+    const auto category = name ? cleanupCategoryNamed(*name) : std::nullopt;
     const auto allocated = value.member("allocatedBytes").integer();
     const auto includesRecent = value.member("includesRecent").boolean();
     if (!entry || !root || !category || !allocated || !includesRecent) {

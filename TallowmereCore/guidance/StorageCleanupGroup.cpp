@@ -36,8 +36,9 @@ const KindTexts& textsOf(Kind kind) {
 
 std::vector<StorageCleanupFile> filesOf(Kind kind, const std::vector<StorageCleanupFile>& files) {
     std::vector<StorageCleanupFile> selected;
-    std::ranges::copy_if(files, std::back_inserter(selected),
-                         [&](const auto& file) { return file.category == textsOf(kind).category; });
+    std::ranges::copy_if(files, std::back_inserter(selected), [&](const auto& file) {
+        return nameOf(file.category) == textsOf(kind).category;
+    });
     return selected;
 }
 

@@ -35,12 +35,14 @@ std::vector<FileEntry> entriesOf(RankedList<FileEntry>&& list) {
 std::vector<StorageCleanupFile> cleanupFilesOf(RankedList<FileEntry>&& list,
                                                const LocationScope& scope, bool includesRecent) {
     auto sorted = std::move(list).sorted();
+    // Only cache and log locations check their files.
+    const CleanupCategory category = *cleanupCategoryNamed(scope.location.category);
     std::vector<StorageCleanupFile> files;
     files.reserve(sorted.size());
     for (auto& ranked : sorted) {
         files.push_back({.entry = std::move(ranked.item),
                          .root = scope.url,
-                         .category = scope.location.category,
+                         .category = category,
                          .allocatedBytes = ranked.size,
                          .includesRecent = includesRecent,
                          .statusChanged = std::nullopt});

@@ -31,7 +31,8 @@ std::string errorText(const std::filesystem::path& item, const std::exception& e
 void checkStillEligible(const StorageCleanupFile& file, const std::filesystem::path& path) {
     const auto root = PathRules::standardized(file.root);
     if (!PathRules::isInside(path.native(), root.native()) ||
-        !eligible(path, file.entry.modified, file.category, currentDate(), file.includesRecent)) {
+        !eligible(path, file.entry.modified, std::string(nameOf(file.category)), currentDate(),
+                  file.includesRecent)) {
         throw FileTrashError();
     }
 }

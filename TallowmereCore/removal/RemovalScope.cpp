@@ -59,8 +59,7 @@ std::optional<std::string> RemovalScope::refusalOfFile(const StorageCleanupFile&
         return notStandard;
     }
     const auto location = std::ranges::find_if(m_folders, [&](const Folder& folder) {
-        return folder.path == root.native() && folder.category == file.category &&
-               (folder.category == "Cache" || folder.category == "Logs");
+        return folder.path == root.native() && folder.category == nameOf(file.category);
     });
     if (location == m_folders.end() || !PathRules::isInside(path.native(), root.native())) {
         return "It is not inside a cache or log location of " + m_owner +

@@ -244,7 +244,7 @@ TEST_F(RemovalCommands, ReviewsAreSelectionsThatCannotReachBeyondTheTool) {
 
 // The identity a review holds for a file is what removal checks the file against: edited to
 // nonsense or to another file's, it must not pass for no identity or for the file's own.
-TEST_F(RemovalCommands, AFileWhoseIdentityWasEditedIsLeftInPlace) {
+TEST_F(RemovalCommands, AFileWhoseRecordWasEditedIsLeftInPlace) {
     ASSERT_EQ(reviewAll().exitCode, 0);
     const auto text = contentOf(review);
     const std::string identity = Json::parse(text)["files"][0]["fileIdentity"];
@@ -255,6 +255,14 @@ TEST_F(RemovalCommands, AFileWhoseIdentityWasEditedIsLeftInPlace) {
         std::ofstream(edited) << forged(text, "\"" + identity + "\"", "\"" + edit + "\"");
         const auto refused = runCli({"remove", edited}, home.root());
         EXPECT_EQ(refused.exitCode, 1) << edit;
+        EXPECT_TRUE(presentAt(home / ".codex/log/old.log")) << edit;
+    }
+    // Nor does a category the file's location does not have, or none that files are cleaned in.
+    for (const std::string edit : {"Cache", "logs", "Agent data"}) {
+        const auto edited = (home / ("edited" + std::to_string(++round) + ".json")).native();
+        std::ofstream(edited) << forged(text, "\"category\":\"Logs\"",
+                                        "\"category\":\"" + edit + "\"");
+        EXPECT_EQ(runCli({"remove", edited}, home.root()).exitCode, 1) << edit;
         EXPECT_TRUE(presentAt(home / ".codex/log/old.log")) << edit;
     }
 }

@@ -333,7 +333,7 @@ TEST(AIStorageScanner, CollectsOldLogsAndCleanupFiles) {
     EXPECT_TRUE(logs.recentCleanupFiles[0].includesRecent);
     EXPECT_FALSE(logs.cleanupFiles[0].includesRecent);
     EXPECT_EQ(logs.cleanupFiles[0].root, tree / "logs");
-    EXPECT_EQ(logs.cleanupFiles[0].category, "Logs");
+    EXPECT_EQ(logs.cleanupFiles[0].category, CleanupCategory::logs);
     EXPECT_EQ(logs.cleanupFiles[0].allocatedBytes, allocatedBytesOf(tree / "logs/app.log.3"));
 
     const auto& lower = findingFor(scan, "lower");

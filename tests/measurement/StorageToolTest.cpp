@@ -20,8 +20,12 @@ StorageFinding findingOf(const std::string& owner, const std::string& category,
 }
 
 StorageCleanupFile cleanupFileOf(const std::string& path, std::int64_t allocated) {
-    return StorageCleanupFile{
-        FileEntry{path, allocated, 0, std::nullopt}, "/h", "Cache", allocated, true, std::nullopt};
+    return StorageCleanupFile{FileEntry{path, allocated, 0, std::nullopt},
+                              "/h",
+                              CleanupCategory::cache,
+                              allocated,
+                              true,
+                              std::nullopt};
 }
 
 std::vector<std::string> ownersOf(const std::vector<StorageTool>& tools) {

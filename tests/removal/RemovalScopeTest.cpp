@@ -63,7 +63,7 @@ struct RemovalScopeTest : ::testing::Test {
         file.entry.url = home / relative;
         file.entry.modified = currentDate() - age;
         file.root = home / ".codex/log";
-        file.category = "Logs";
+        file.category = CleanupCategory::logs;
         return file;
     }
 };
@@ -108,11 +108,10 @@ TEST_F(RemovalScopeTest, FilesMustBeEligibleInACacheOrLogLocationOfTheOwner) {
     sshKey.root = home / ".ssh";
     EXPECT_THAT(codex.refusalOfFile(sshKey, currentDate()), Optional(notCacheOrLog));
     auto otherCategory = logFile(".codex/log/old.log", 20 * day);
-    otherCategory.category = "Cache";
+    otherCategory.category = CleanupCategory::cache;
     EXPECT_THAT(codex.refusalOfFile(otherCategory, currentDate()), Optional(notCacheOrLog));
     auto wholeData = logFile(".codex/sessions/s.log", 20 * day);
     wholeData.root = home / ".codex";
-    wholeData.category = "Agent data";
     EXPECT_THAT(codex.refusalOfFile(wholeData, currentDate()), Optional(notCacheOrLog));
     auto climbing = logFile(".codex/log/../../.ssh/x.log", 20 * day);
     EXPECT_THAT(codex.refusalOfFile(climbing, currentDate()), Optional(notStandard));

@@ -9,7 +9,12 @@ namespace tallowmere {
 namespace {
 
 StorageCleanupFile cleanupFile(const std::string& path, std::int64_t allocated, bool recent) {
-    return {FileEntry{path, allocated, 0, FileIdentity{1, 1}}, "/", "Cache", allocated, recent, std::nullopt};
+    return {FileEntry{path, allocated, 0, FileIdentity{1, 1}},
+            "/",
+            CleanupCategory::cache,
+            allocated,
+            recent,
+            std::nullopt};
 }
 
 // A finding whose old files are eligible with and without recent ones, and whose recent files
