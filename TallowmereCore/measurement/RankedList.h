@@ -27,18 +27,27 @@ public:
 
     // True when an item of `size` met at `position` would be kept.
     bool admits(std::int64_t size, std::uint64_t position) const {
-        return m_heap.size() < m_capacity || ranksBefore({size, position}, m_heap.front());
+        return m_heap.size() < m_capacity ||
+               (m_capacity > 0 && ranksBefore({size, position}, m_heap.front()));
     }
 
     void add(Ranked<Item> ranked) {
-        if (m_capacity == 0) {
-            return;
-        }
         if (m_heap.size() < m_capacity) {
+            if (m_items.empty()) {
+                // Skips the first few growths, each of which would move every item.
+                m_items.reserve(std::min<std::size_t>(m_capacity, 64));
+                m_heap.reserve(std::min<std::size_t>(m_capacity, 64));
+            }
             m_heap.push_back(
                 {ranked.size, ranked.position, static_cast<std::uint32_t>(m_items.size())});
             m_items.push_back(std::move(ranked));
-            std::ranges::push_heap(m_heap, ranksBefore);
+            // Most lists never fill; a heap is only needed to know which item goes first.
+            if (m_heap.size() == m_capacity) {
+                std::ranges::make_heap(m_heap, ranksBefore);
+            }
+            return;
+        }
+        if (m_capacity == 0) {
             return;
         }
         const Key last = m_heap.front();
@@ -67,7 +76,9 @@ public:
             m_heap.erase(kept, m_heap.end());
             compact();
         }
-        std::ranges::make_heap(m_heap, ranksBefore);
+        if (m_heap.size() == m_capacity) {
+            std::ranges::make_heap(m_heap, ranksBefore);
+        }
     }
 
     // The items kept, first in rank first.
@@ -107,8 +118,8 @@ private:
 
     std::size_t m_capacity;
     std::vector<Ranked<Item>> m_items;
-    // A heap whose top is the key of the item that ranks last, the first to go when a better
-    // one comes.
+    // The keys of the items; once the list is full, a heap whose top is the key of the item
+    // that ranks last, the first to go when a better one comes.
     std::vector<Key> m_heap;
 };
 

@@ -34,8 +34,8 @@ struct WaitingFile {
     std::uint32_t nameOffset = 0;  // in Job::names, NUL-terminated there
     std::uint32_t nameLength = 0;
     std::uint64_t position = 0;  // as WalkFolder::position
-    bool statusRead = false;
-    EntryStatus status;
+    // In Job::listedStatuses, for a file whose kind only its status told.
+    std::optional<std::uint32_t> listedStatus;
 };
 
 // Consecutive files of a job that lie in one folder.
@@ -60,6 +60,7 @@ struct Job {
     std::size_t root = 0;
     std::string names;
     std::vector<WaitingFile> files;
+    std::vector<EntryStatus> listedStatuses;
     std::vector<Segment> segments;
     std::vector<Meeting> meetings;
     // Entries that are not files, which the listing met on the way to these files: counted
@@ -241,6 +242,8 @@ private:
     std::unique_ptr<Job> listJob(Walker& walker) {
         auto job = std::make_unique<Job>();
         job->files.reserve(filesPerJob);
+        // Room for names of typical length, so that most jobs fill it without moving it.
+        job->names.reserve(filesPerJob * 32);
         job->turn = m_listing.nextTurn++;
         job->root = m_listing.location;
         if (!m_listing.entered && !enter(walker, *job)) {
@@ -349,17 +352,15 @@ private:
             job.segments.push_back({level.stream, level.place, job.files.size()});
         }
         const std::string_view name = level.chunk.name(entry);
-        WaitingFile file;
-        file.nameOffset = static_cast<std::uint32_t>(job.names.size());
-        file.nameLength = static_cast<std::uint32_t>(name.size());
-        file.position = position;
-        file.statusRead = statusRead;
+        std::optional<std::uint32_t> listedStatus;
         if (statusRead) {
-            file.status = entry.status;
+            listedStatus = static_cast<std::uint32_t>(job.listedStatuses.size());
+            job.listedStatuses.push_back(entry.status);
         }
+        job.files.push_back({static_cast<std::uint32_t>(job.names.size()),
+                             static_cast<std::uint32_t>(name.size()), position, listedStatus});
         job.names.append(name);
         job.names.push_back('\0');
-        job.files.push_back(file);
         job.segments.back().end = job.files.size();
     }
 
@@ -390,29 +391,32 @@ private:
             for (; next < segment.end; ++next) {
                 m_settings.throwIfStopped();
                 walker.pace.entryWalked();
-                WaitingFile& file = job.files[next];
+                const WaitingFile& file = job.files[next];
                 const char* cName = job.names.data() + file.nameOffset;
                 const std::string_view name(cName, file.nameLength);
-                if (!file.statusRead &&
-                    !readEntryStatus(segment.stream->fd(), cName, file.status)) {
+                EntryStatus status;
+                if (file.listedStatus) {
+                    status = job.listedStatuses[*file.listedStatus];
+                } else if (!readEntryStatus(segment.stream->fd(), cName, status)) {
                     tally.countSkipped(*segment.folder, file.position, name, errno);
                     continue;
                 }
-                if (file.status.kind != EntryKind::regularFile) {
+                if (status.kind != EntryKind::regularFile) {
                     continue;  // replaced since it was listed
                 }
-                walker.pace.fileMeasured(file.status.allocatedBytes);
-                if (scope.mayRecur(file.status)) {
+                walker.pace.fileMeasured(status.allocatedBytes);
+                if (scope.mayRecur(status)) {
                     job.meetings.push_back(
-                        {segment.folder, file.position, std::string(name), file.status});
+                        {segment.folder, file.position, std::string(name), status});
                 } else {
-                    tally.countFile(*segment.folder, file.position, name, file.status);
+                    tally.countFile(*segment.folder, file.position, name, status);
                 }
             }
         }
         job.segments.clear();
         job.files = {};
         job.names = {};
+        job.listedStatuses = {};
     }
 
     // Takes the read jobs whose turn has come, in walk order: each file that may be met again
