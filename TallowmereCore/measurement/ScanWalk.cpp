@@ -311,7 +311,7 @@ private:
     // Takes up the entry at `position` of the innermost folder; false when it passes the limit.
     bool take(Walker& walker, Stack::Level& level, std::size_t position, Job& job) {
         m_settings.throwIfStopped();
-        DirectoryEntry& entry = level.chunk.entries[position];
+        const DirectoryEntry& entry = level.chunk.entries[position];
         const std::string_view name = level.chunk.name(entry);
         const WalkFolder& folder = *level.place;
         if (folder.isNested(name)) {
@@ -322,43 +322,46 @@ private:
         }
         // One thread lists the whole location depth first, so entries are counted in walk order.
         const auto walked = static_cast<std::uint64_t>(m_listing.entries);
-        if (entry.status.kind == EntryKind::unknown) {
+        EntryKind kind = entry.kind;
+        if (kind == EntryKind::unknown) {
             // Only a status tells what it is.
-            level.stream->completeStatus(level.chunk, entry);
-            if (entry.statusFailed) {
+            EntryStatus status;
+            if (!level.stream->readStatus(level.chunk, entry, status)) {
                 ++job.otherEntries;
                 tallyOf(walker, job.root).countSkipped(folder, walked, name, errno);
                 return true;
             }
-            if (entry.status.kind == EntryKind::regularFile) {
-                addFile(level, entry, walked, true, job);
+            if (status.kind == EntryKind::regularFile) {
+                addFile(level, entry, walked, &status, job);
                 return true;
             }
+            kind = status.kind;
         }
-        if (entry.status.kind == EntryKind::regularFile) {
-            addFile(level, entry, walked, false, job);
+        if (kind == EntryKind::regularFile) {
+            addFile(level, entry, walked, nullptr, job);
             return true;
         }
         ++job.otherEntries;
-        if (entry.status.kind == EntryKind::directory) {
+        if (kind == EntryKind::directory) {
             descend(walker, level, entry, walked, job);
         }
         return true;
     }
 
+    // `listedStatus` is the file's status when the listing had to read it.
     void addFile(const Stack::Level& level, const DirectoryEntry& entry, std::uint64_t position,
-                 bool statusRead, Job& job) {
+                 const EntryStatus* listedStatus, Job& job) {
         if (job.segments.empty() || job.segments.back().folder != level.place) {
             job.segments.push_back({level.stream, level.place, job.files.size()});
         }
         const std::string_view name = level.chunk.name(entry);
-        std::optional<std::uint32_t> listedStatus;
-        if (statusRead) {
-            listedStatus = static_cast<std::uint32_t>(job.listedStatuses.size());
-            job.listedStatuses.push_back(entry.status);
+        std::optional<std::uint32_t> listed;
+        if (listedStatus) {
+            listed = static_cast<std::uint32_t>(job.listedStatuses.size());
+            job.listedStatuses.push_back(*listedStatus);
         }
         job.files.push_back({static_cast<std::uint32_t>(job.names.size()),
-                             static_cast<std::uint32_t>(name.size()), position, listedStatus});
+                             static_cast<std::uint32_t>(name.size()), position, listed});
         job.names.append(name);
         job.names.push_back('\0');
         job.segments.back().end = job.files.size();

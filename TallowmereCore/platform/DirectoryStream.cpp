@@ -96,6 +96,7 @@ bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, Status
                                 const std::stop_token& stopToken) {
     chunk.names.clear();
     chunk.entries.clear();
+    chunk.statuses.clear();
     const char* name = nullptr;
     unsigned char type = DT_UNKNOWN;
     while (chunk.entries.size() < limit && nextRecord(name, type)) {
@@ -103,27 +104,27 @@ bool DirectoryStream::readChunk(DirectoryChunk& chunk, std::size_t limit, Status
             continue;
         }
         const std::size_t length = std::strlen(name);
-        DirectoryEntry entry;
-        entry.nameOffset = static_cast<std::uint32_t>(chunk.names.size());
-        entry.nameLength = static_cast<std::uint16_t>(length);
-        entry.status.kind = kindFromDirectoryEntry(type);
+        chunk.entries.push_back({static_cast<std::uint32_t>(chunk.names.size()),
+                                 static_cast<std::uint16_t>(length), kindFromDirectoryEntry(type),
+                                 false});
         chunk.names.append(name, length + 1);
-        chunk.entries.push_back(entry);
     }
-    for (auto& entry : chunk.entries) {
-        if (statusReads == StatusReads::none || stopToken.stop_requested()) {
-            break;
+    if (statusReads == StatusReads::everything) {
+        chunk.statuses.resize(chunk.entries.size());
+        for (std::size_t index = 0; index < chunk.entries.size(); ++index) {
+            if (stopToken.stop_requested()) {
+                break;
+            }
+            DirectoryEntry& entry = chunk.entries[index];
+            entry.statusFailed = !readStatus(chunk, entry, chunk.statuses[index]);
         }
-        entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
     }
     return !chunk.entries.empty();
 }
 
-void DirectoryStream::completeStatus(const DirectoryChunk& chunk, DirectoryEntry& entry) const {
-    const EntryKind kind = entry.status.kind;
-    if (kind == EntryKind::regularFile || kind == EntryKind::unknown) {
-        entry.statusFailed = !readEntryStatus(fd(), chunk.cName(entry), entry.status);
-    }
+bool DirectoryStream::readStatus(const DirectoryChunk& chunk, const DirectoryEntry& entry,
+                                 EntryStatus& status) const {
+    return readEntryStatus(fd(), chunk.cName(entry), status);
 }
 
 }  // namespace tallowmere

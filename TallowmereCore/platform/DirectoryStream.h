@@ -13,13 +13,13 @@
 
 namespace tallowmere {
 
-// One entry of a directory chunk: its name (in the chunk's name buffer), its kind, and for
-// entries whose kind the directory entry alone does not settle, the status read for it.
+// One entry of a directory chunk: its name (in the chunk's name buffer) and its kind as the
+// directory entry tells it. Small, since a walk lists every entry it meets.
 struct DirectoryEntry {
     std::uint32_t nameOffset = 0;
     std::uint16_t nameLength = 0;
-    bool statusFailed = false;
-    EntryStatus status;
+    EntryKind kind = EntryKind::unknown;  // `unknown` when the file system does not say
+    bool statusFailed = false;            // its status was asked for and could not be read
 };
 
 // A run of consecutive entries of one directory, in the order the file system lists them.
@@ -27,6 +27,8 @@ struct DirectoryEntry {
 struct DirectoryChunk {
     std::string names;
     std::vector<DirectoryEntry> entries;
+    // Each entry's status, at the entry's index, when every status was read with the chunk.
+    std::vector<EntryStatus> statuses;
 
     std::string_view name(const DirectoryEntry& entry) const {
         return {names.data() + entry.nameOffset, entry.nameLength};
@@ -65,10 +67,10 @@ public:
     // The errno value of the failed read.
     int readError() const { return m_readError; }
 
-    // Reads the status of `entry`, of a chunk this stream read, when its kind asks for one:
-    // regular files for their sizes, entries of unknown kind for their kind. Sets
-    // `statusFailed` when the read fails.
-    void completeStatus(const DirectoryChunk& chunk, DirectoryEntry& entry) const;
+    // Reads the status of `entry`, of a chunk this stream read. Returns false and sets errno
+    // when it cannot.
+    bool readStatus(const DirectoryChunk& chunk, const DirectoryEntry& entry,
+                    EntryStatus& status) const;
 
 private:
     // Takes the next entry from the buffer, refilling it from the kernel; false at the end.

@@ -91,6 +91,7 @@ public:
         if (m_spareChunks.size() < openAtMost) {
             finished.chunk.names.clear();
             finished.chunk.entries.clear();
+            finished.chunk.statuses.clear();
             m_spareChunks.push_back(std::move(finished.chunk));
         }
         if (m_levels.empty() || m_levels.back().stream) {
@@ -121,6 +122,8 @@ private:
                     entry.nameOffset += offset;
                     level.chunk.entries.push_back(entry);
                 }
+                level.chunk.statuses.insert(level.chunk.statuses.end(), more.statuses.begin(),
+                                            more.statuses.end());
             }
             level.readError = level.stream->readFailed() ? level.stream->readError() : 0;
             level.listed = true;

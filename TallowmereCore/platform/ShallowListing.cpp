@@ -17,7 +17,7 @@ std::optional<std::vector<ListedEntry>> listVisibleEntries(const std::filesystem
         for (const auto& entry : chunk.entries) {
             const auto name = chunk.name(entry);
             if (!name.starts_with('.')) {
-                entries.push_back({std::string(name), entry.status.kind});
+                entries.push_back({std::string(name), entry.kind});
             }
         }
     }

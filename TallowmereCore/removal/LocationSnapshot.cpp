@@ -72,10 +72,11 @@ private:
                 return;
         }
         Stack::Level& folder = m_stack.top();
-        visit(folder, folder.chunk.entries[folder.next++]);
+        visit(folder, folder.next++);
     }
 
-    void visit(Stack::Level& folder, const DirectoryEntry& entry) {
+    void visit(Stack::Level& folder, std::size_t index) {
+        const DirectoryEntry& entry = folder.chunk.entries[index];
         if (m_options.stopToken.stop_requested()) {
             throw ScanCancelled();
         }
@@ -88,7 +89,7 @@ private:
         // A failed read is tried once more for its reason; an item that reads now is recorded.
         const EntryStatus status =
             entry.statusFailed ? entryStatusAt(folder.stream->fd(), folder.chunk.cName(entry))
-                               : entry.status;
+                               : folder.chunk.statuses[index];
         if (!sameMount(status, m_folderStatus)) {
             fail(ReviewError::Kind::unavailable);
         }
