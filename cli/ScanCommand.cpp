@@ -66,7 +66,7 @@ int runScan(const std::vector<std::string>& arguments) {
     if (json) {
         writeScanJson(std::cout, std::move(scan), home);
     } else {
-        std::cout << forStandardOutput(scanReport(scan, home));
+        std::cout << forStandardOutput(scanReport(std::move(scan), home));
     }
     std::cout << std::flush;
     if (saveFailure) {

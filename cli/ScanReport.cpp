@@ -1,7 +1,10 @@
 #include "ScanReport.h"
 
 #include <algorithm>
+#include <iterator>
+#include <ranges>
 #include <set>
+#include <utility>
 
 #include "ReviewReach.h"
 #include "guidance/StorageGuidance.h"
@@ -26,14 +29,19 @@ std::string padded(const std::string& text, std::size_t width) {
 
 constexpr std::size_t unreadableShown = 3;
 
+const StorageFinding& dereference(const StorageFinding* finding) {
+    return *finding;
+}
+
 // The folders listed in the tool's section that lie inside `finding`'s: how much they hold
 // and where they stand.
-std::string nestedText(const StorageFinding& finding, const std::vector<StorageFinding>& listed) {
+std::string nestedText(const StorageFinding& finding,
+                       const std::vector<const StorageFinding*>& listed) {
     std::int64_t bytes = 0;
     std::int64_t count = 0;
     bool allBelow = true;
     bool passedIt = false;
-    for (const auto& other : listed) {
+    for (const StorageFinding& other : listed | std::views::transform(dereference)) {
         passedIt = passedIt || other.url == finding.url;
         if (PathRules::isInside(other.url.native(), finding.url.native()) &&
             other.url != finding.url) {
@@ -65,7 +73,8 @@ std::string unreadableEntryLines(const StorageFinding& finding, const std::files
     return text;
 }
 
-std::string findingLines(const StorageFinding& finding, const std::vector<StorageFinding>& listed,
+std::string findingLines(const StorageFinding& finding,
+                         const std::vector<const StorageFinding*>& listed,
                          const std::filesystem::path& home) {
     std::string line = "      " + padded(SizeText::bytes(finding.allocatedBytes), 9) + "  " +
                        displayPath(finding.url, home) + nestedText(finding, listed);
@@ -113,19 +122,20 @@ std::string toolSection(const StorageTool& tool, const std::filesystem::path& ho
     std::string text =
         TerminalText::escaped(tool.owner) + "  " + SizeText::bytes(tool.allocatedBytes()) + " · " +
         counted(tool.fileCount(), "file", "files") + (tool.incomplete() ? " · partial" : "") + "\n";
-    const auto visible = tool.visibleFindings();
-    // In the order they are listed: by group, then as the tool holds them.
-    std::vector<StorageFinding> listed;
+    // The visible ones in the order they are listed: by group, then as the tool holds them.
+    // Pointed at, not copied: a finding holds up to a thousand files.
+    std::vector<const StorageFinding*> listed;
     for (const auto group : StorageGuidanceGroup::allCases) {
-        for (const auto& finding : visible) {
-            if (StorageGuidance::forCategory(finding.location.category).group == group) {
-                listed.push_back(finding);
+        for (const auto& finding : tool.findings) {
+            if (StorageTool::isVisible(finding) &&
+                StorageGuidance::forCategory(finding.location.category).group == group) {
+                listed.push_back(&finding);
             }
         }
     }
     for (const auto group : StorageGuidanceGroup::allCases) {
         std::string lines;
-        for (const auto& finding : listed) {
+        for (const StorageFinding& finding : listed | std::views::transform(dereference)) {
             if (StorageGuidance::forCategory(finding.location.category).group == group) {
                 lines += findingLines(finding, listed, home);
             }
@@ -179,14 +189,18 @@ std::string displayPath(const std::filesystem::path& path, const std::filesystem
     return TerminalText::escaped(text);
 }
 
-std::string scanReport(const StorageScan& scan, const std::filesystem::path& home) {
+std::string scanReport(StorageScan scan, const std::filesystem::path& home) {
     std::string report = "AI storage in " + TerminalText::escaped(home.native()) + "\n\n";
     std::int64_t shown = 0;
-    for (const auto& tool : StorageTool::group(scan.findings)) {
+    // The tools take the findings over, so that a big scan's lists of files are not held twice;
+    // the totals, which only add them up, get them back.
+    std::vector<StorageTool> tools = StorageTool::group(std::exchange(scan.findings, {}));
+    for (auto& tool : tools) {
         if (tool.allocatedBytes() > 0) {
             report += toolSection(tool, home);
             ++shown;
         }
+        std::ranges::move(tool.findings, std::back_inserter(scan.findings));
     }
     return report + totals(scan, home, shown);
 }

@@ -24,8 +24,8 @@ int runSummary(const std::vector<std::string>& arguments) {
         throw UsageError("summary needs the summary file to read");
     }
     const auto home = UserFolders::homeFolder();
-    const auto scan = StorageScanCache::load(PathRules::absoluteStandardized(options.operands[0]),
-                                             home, trackedPaths(options), currentDate());
+    auto scan = StorageScanCache::load(PathRules::absoluteStandardized(options.operands[0]), home,
+                                       trackedPaths(options), currentDate());
     if (!scan) {
         std::cerr << "No usable summary.\n";
         return failed;
@@ -33,7 +33,7 @@ int runSummary(const std::vector<std::string>& arguments) {
     if (options.has("json")) {
         writeScanJson(std::cout, std::move(*scan), home);
     } else {
-        std::cout << forStandardOutput(scanReport(*scan, home));
+        std::cout << forStandardOutput(scanReport(std::move(*scan), home));
     }
     return success;
 }
