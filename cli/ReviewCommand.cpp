@@ -183,11 +183,12 @@ int runReview(const std::vector<std::string>& arguments) {
     const auto layout = layoutFrom(options);
     checkReplaceable(out);
     checkOwnerExists(options.all("tool").back(), options, UserFolders::homeFolder());
-    const auto run = runScanFor(options, scanEntryLimit, !options.has("json"));
+    auto run = runScanFor(options, scanEntryLimit, !options.has("json"));
     if (!run) {
         return ExitCode::interrupted;
     }
-    const auto tools = StorageTool::group(run->scan.findings);
+    // Taken over, not copied: findings hold up to a thousand files each.
+    const auto tools = StorageTool::group(std::move(run->scan.findings));
     const StorageTool& tool = toolNamed(options.all("tool").back(), tools);
     const std::string& owner = tool.owner;
     const auto selected = selectedIDs(options, tool, includeRecent);
