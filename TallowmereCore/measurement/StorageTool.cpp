@@ -110,10 +110,6 @@ std::int64_t StorageTool::reviewBytes() const {
     return std::accumulate(sizes.begin(), kept, std::int64_t{0});
 }
 
-std::vector<StorageTool> StorageTool::group(const std::vector<StorageFinding>& findings) {
-    return group(std::vector<StorageFinding>(findings));
-}
-
 std::vector<StorageTool> StorageTool::group(std::vector<StorageFinding>&& findings) {
     std::map<std::string, std::vector<StorageFinding>> parts;
     for (auto& finding : findings) {

@@ -45,9 +45,8 @@ struct StorageTool {
     std::int64_t reviewBytes() const;
 
     // One tool per owner (exact text), its findings largest first (stable); tools largest
-    // first, equal totals by owner in ascending byte order, whatever the input order.
-    static std::vector<StorageTool> group(const std::vector<StorageFinding>& findings);
-    // The same, taking the findings over instead of copying them.
+    // first, equal totals by owner in ascending byte order, whatever the input order. Takes
+    // the findings over: each holds up to a thousand files, so a copy is made only on purpose.
     static std::vector<StorageTool> group(std::vector<StorageFinding>&& findings);
 
     // True for a finding worth showing (see visibleFindings).

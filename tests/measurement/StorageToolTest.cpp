@@ -56,9 +56,9 @@ TEST(StorageTool, GroupOrdersToolsByTotalThenOwnerWhateverTheInputOrder) {
         findingOf("Codex", "Cache", 0, "codex-empty"),
     };
     const std::vector<std::string> expected{"Amp", "Cline", "Codex", "Goose"};
-    EXPECT_EQ(ownersOf(StorageTool::group(findings)), expected);
+    EXPECT_EQ(ownersOf(StorageTool::group(std::vector(findings))), expected);
     std::ranges::reverse(findings);
-    const auto tools = StorageTool::group(findings);
+    const auto tools = StorageTool::group(std::vector(findings));
     EXPECT_EQ(ownersOf(tools), expected);
 
     EXPECT_EQ(tools[2].id(), "Codex");
@@ -78,7 +78,7 @@ TEST(StorageTool, GroupKeepsInputOrderOfEqualFindingsAndMatchesOwnersExactly) {
         expected.push_back(std::to_string(i));
     }
     findings.push_back(findingOf("Cursor", "Logs", 9, "largest"));
-    const auto tools = StorageTool::group(findings);
+    const auto tools = StorageTool::group(std::vector(findings));
     ASSERT_EQ(ownersOf(tools), (std::vector<std::string>{"Cursor", "cursor"}));
     EXPECT_EQ(pathsOf(tools[0].findings), expected);
 }
