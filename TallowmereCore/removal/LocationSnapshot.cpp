@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
-#include <thread>
 #include <utility>
 
+#include "measurement/WalkSettings.h"
 #include "platform/DirectoryStream.h"
 #include "platform/EntryStatus.h"
 #include "platform/FileSystemError.h"
@@ -26,8 +25,6 @@ namespace {
 
 constexpr std::size_t chunkSize = 1024;
 constexpr std::int64_t checkedFolderLimit = 100000;
-constexpr std::int64_t itemsBetweenPauses = 256;
-constexpr auto pauseLength = std::chrono::milliseconds(2);
 
 [[noreturn]] void fail(ReviewError::Kind kind) {
     throw ReviewError(kind);
@@ -83,9 +80,7 @@ private:
         if (++m_itemCount > m_maxEntries) {
             fail(ReviewError::Kind::limit);
         }
-        if (m_options.pauses && m_itemCount % itemsBetweenPauses == 0) {
-            std::this_thread::sleep_for(pauseLength);
-        }
+        m_pace.entryWalked();
         // A failed read is tried once more for its reason; an item that reads now is recorded.
         const EntryStatus status =
             entry.statusFailed ? entryStatusAt(folder.stream->fd(), folder.chunk.cName(entry))
@@ -127,6 +122,7 @@ private:
     std::int64_t m_itemCount = 0;
     std::string m_path;  // relative path of the item being visited
     Stack m_stack{DirectoryStream::StatusReads::everything};
+    WalkPace m_pace{m_options.pauses, nullptr};  // the scan's pace: a review walks as gently
 };
 
 // The folder's own status, once it is known to be a plain folder that is not a mount point.
